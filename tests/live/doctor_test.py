@@ -6,6 +6,7 @@ global catalogue.
 """
 
 import contextlib
+import functools
 import json
 import pathlib
 import socket
@@ -16,6 +17,20 @@ from live_tools import CONF, LIVE, TWK, admin_logon, expect, expect_same, go_thr
 UNIT = "OU=Delegated,DC=twk,DC=test"
 PASSWORD = "Read-0nly-pls"
 LOCKOUT_TIME = "28630ebf-41d5-11d1-a9c1-0000f80367c1"
+USERS = "bf967aba-0de6-11d0-a285-00aa003049e2"
+RESET = "(OA;CIIO;CR;00299570-246d-11d0-a768-00aa006e0529;" + USERS + ";SID)"
+PASSWORD_TIME = "(OA;CIIO;WP;bf967a0a-0de6-11d0-a285-00aa003049e2;" + USERS + ";SID)"
+ALL = "(A;CI;GA;;;SID)"
+# What is delegated in a unit, what is in the lists of its users, and what can be done with those.
+DELEGATIONS = {
+    "Nothing": ("", "", ()),
+    "Creating": (f"(OA;CI;CC;{USERS};;SID)(OA;CIIO;WP;;{USERS};SID)", "", ("ts",)),
+    "Resetting": (RESET + PASSWORD_TIME, "", ("reset-password",)),
+    "Removing": (f"(OA;CI;DC;{USERS};;SID)", "", ("delete",)),
+    "Deleting": (f"(OA;CIIO;SDWP;;{USERS};SID)", "", ("delete", "ts", "move-ou")),
+    "Denied": (ALL + f"(OD;;DC;{USERS};;SID)", "(D;;SDCRWP;;;SID)", ()),
+    "All": (ALL, "", ("delete", "reset-password", "ts", "move-ou")),
+}
 RELAY = "127.0.0.5"
 
 
@@ -29,13 +44,21 @@ def steps(*arguments, codes=(0,), who=()):
     return {row["step"]: (row["outcome"], row["detail"]) for row in map(json.loads, told.stdout.splitlines())}
 
 
+@functools.cache
+def sid_of_helper():
+    return samba("user", "show", "helper", "--attributes", "objectSid").split("objectSid: ")[1].split()[0]
+
+
+def delegate(dn, sddl):
+    samba("dsacl", "set", f"--objectdn={dn}", "--sddl=" + sddl.replace("SID", sid_of_helper()), "-H",
+          LIVE["STATE"] + "/domain/private/sam.ldb")
+
+
 def prepare():
     samba("ou", "create", UNIT)
     samba("user", "create", "helper", PASSWORD)
     samba("user", "create", "inside", PASSWORD, "--userou", "OU=Delegated")
-    sid = samba("user", "show", "helper", "--attributes", "objectSid").split("objectSid: ")[1].split()[0]
-    samba("dsacl", "set", f"--objectdn=CN=inside,{UNIT}", f"--sddl=(OA;;WP;{LOCKOUT_TIME};;{sid})", "-H",
-          LIVE["STATE"] + "/domain/private/sam.ldb")
+    delegate(f"CN=inside,{UNIT}", f"(OA;;WP;{LOCKOUT_TIME};;SID)")
 
 
 def look_at_servers():
@@ -116,6 +139,38 @@ def foresee_rights():
     expect_same(ldap_values("(lockoutTime>=1)", "cn"), [], "who is locked after that")
 
 
+def add(ldif):
+    run("ldapadd", "-Q", "-N", "-Y", "GSSAPI", "-H", f"ldap://{LIVE['SERVER']}", text=ldif)
+
+
+def foresee_by_lists():
+    """So does one of what only the access lists say: who deletes accounts, moves them away, gives them new passwords."""
+    orders = {"delete": ("user", "delete", "--account"), "reset-password": ("user", "reset-password"),
+              "ts": ("ts", "set", "allowLogon=no"), "move-ou": ("user", "move-ou", "OU=Target,DC=twk,DC=test")}
+    for unit, (here, below, allowed) in {"Target": (f"(OA;CI;CC;{USERS};;SID)", "", ()), **DELEGATIONS}.items():
+        dn = f"OU={unit},DC=twk,DC=test"
+        add(f"dn: {dn}\nobjectClass: organizationalUnit\n\n")
+        if here:
+            delegate(dn, here)
+        names = {} if unit == "Target" else {order: f"{unit}.{order}" for order in orders}
+        for name in names.values():
+            add(f"dn: CN={name},{dn}\nobjectClass: user\nsAMAccountName: {name}\nuserAccountControl: 544\n\n")
+        for order, name in names.items():
+            if below:
+                delegate(f"CN={name},{dn}", below)
+        if names:
+            told = steps("--ou", dn, who=("--user", "helper"), codes=(0, 1))["rights"][1]
+            for word, order in (("delete", "delete"), ("give a new password to", "reset-password")):
+                may = told.rpartition(";")[2].partition("not ")[0]
+                expect_same(word in may, order in allowed, f"rights in {unit}: {told}")
+        for order, name in names.items():
+            words = [*orders[order][:2], name, *orders[order][2:]]
+            foreseen, done = as_helper(*words, "--dry-run"), as_helper(*words)
+            expect_same((foreseen[0] == 0, done[0] == 0), (order in allowed, order in allowed), f"{words}: {foreseen} {done}")
+            if order not in allowed:
+                expect("too few rights", f"rehearsal of {words}", foreseen[1])
+
+
 def pass_on(source, target):
     with contextlib.suppress(OSError):
         while data := source.recv(65536):
@@ -146,4 +201,4 @@ def work_without_catalogue():
     expect("OU=Below,OU=Delegated", "the units", samba("ou", "list"))
 
 
-go_through(prepare, look_at_share_rights, look_at_servers, look_at_rights, foresee_rights, work_without_catalogue)
+go_through(prepare, look_at_share_rights, look_at_servers, look_at_rights, foresee_rights, foresee_by_lists, work_without_catalogue)

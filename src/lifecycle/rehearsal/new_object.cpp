@@ -237,8 +237,16 @@ void foresee_write(platform::DirectoryObject& object) {
 
 void foresee_password(platform::DirectoryObject& object, std::string_view password) {
   auto* const foreseen = dynamic_cast<platform::ForeseenWrite*>(&object);
-  if (foreseen != nullptr && !is_asked_for(password))
+  if (foreseen == nullptr)
+    return;
+  foreseen->foresee_reset();
+  if (!is_asked_for(password))
     foreseen->foresee_password(password);
+}
+
+void foresee_deletion(platform::DirectoryObject& object) {
+  if (auto* const foreseen = dynamic_cast<platform::ForeseenWrite*>(&object))
+    foreseen->foresee_deletion();
 }
 
 void foresee_members(platform::DirectoryObject& group) {

@@ -24,6 +24,7 @@ bool is_asked_for(std::string_view password);
 void foresee_write(platform::DirectoryObject& object);
 /// The same for a password; "PROMPT" stands for one that the run asks for, about which nothing is known.
 void foresee_password(platform::DirectoryObject& object, std::string_view password);
+void foresee_deletion(platform::DirectoryObject& object);
 void foresee_members(platform::DirectoryObject& group);
 void foresee_move(platform::DirectoryObject& container, std::string_view source);
 

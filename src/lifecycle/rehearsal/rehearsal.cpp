@@ -18,6 +18,7 @@
 #include "lifecycle/rehearsal/rehearsed_security.hpp"
 #include "lifecycle/rehearsal/trial_directory.hpp"
 #include "platform/adsi.hpp"
+#include "platform/foreseen_write.hpp"
 #include "platform/network_path.hpp"
 #include "platform/share_name.hpp"
 #include "records/terminal_server_rows.hpp"
@@ -283,7 +284,7 @@ class RehearsedNetwork final : public platform::Network {
   void WTSSetUserConfig(std::string_view server, std::string_view user, platform::WtsConfigClass setting,
                         const platform::WtsConfigValue& value) override {
     if (!directory_.made().has_account(user))
-      static_cast<void>(real_.WTSQueryUserConfig(server, user, setting));
+      foresee_user_config(server, user, setting, value);
     tell_("Set the terminal-server settings of " + std::string(user) + ": " + shown(setting, value));
   }
   platform::WtsConfigValue WTSQueryUserConfig(std::string_view server, std::string_view user,
@@ -292,6 +293,13 @@ class RehearsedNetwork final : public platform::Network {
   }
 
  private:
+  void foresee_user_config(std::string_view server, std::string_view user, platform::WtsConfigClass setting,
+                           const platform::WtsConfigValue& value) {
+    if (auto* const foreseen = dynamic_cast<platform::ForeseenUserConfig*>(&real_))
+      foreseen->foresee_user_config(server, user, setting, value);
+    else
+      static_cast<void>(real_.WTSQueryUserConfig(server, user, setting));
+  }
   /// The same refusals as the server's.
   void require_new(std::string_view server, const platform::ShareInfo502& share) {
     namespace network_error = platform::network_error;

@@ -90,6 +90,7 @@ class RehearsedObject final : public platform::DirectoryObject {
   }
   void Delete(std::string_view object_class, std::string_view name) override {
     const ObjectPtr child = real_->GetObject(object_class, name);
+    foresee_deletion(*child);
     directory_.tell("Delete the " + deleted_kind(object_class) + " " + child->ADsPath());
     directory_.forget(child->ADsPath());
   }

@@ -5,6 +5,7 @@
 #include "base/errors.hpp"
 #include "platform/directory.hpp"
 #include "platform/little_endian.hpp"
+#include "platform/object_access.hpp"
 #include "platform/security.hpp"
 
 namespace twk::live {
@@ -17,35 +18,23 @@ using platform::Sid;
 
 constexpr std::uint8_t kAllowObject = 5;
 constexpr std::uint8_t kDenyObject = 6;
-constexpr std::uint32_t kControlAccess = 0x100;  // ADS_RIGHT_DS_CONTROL_ACCESS
 constexpr std::uint32_t kObjectTypePresent = 1;
 constexpr std::uint8_t kObjectRevision = 4;
-/// ab721a53-1e2f-11d0-9819-00aa0040529b as [MS-DTYP] 2.3.4.2 packs it.
-constexpr std::uint8_t kChangePassword[] = {0x53, 0x1a, 0x72, 0xab, 0x2f, 0x1e, 0xd0, 0x11,
-                                            0x98, 0x19, 0x00, 0xaa, 0x00, 0x40, 0x52, 0x9b};
-
-Sid self() {
-  return {5, {10}};
-}
+constexpr platform::Guid kChangePassword = platform::guid("ab721a53-1e2f-11d0-9819-00aa0040529b");
 
 Ace change_password_ace(std::uint8_t type, const Sid& sid) {
   base::Bytes bytes{type, 0};
-  platform::append_u16(bytes, static_cast<std::uint16_t>(12 + sizeof kChangePassword + sid.size()));
-  platform::append_u32(bytes, kControlAccess);
+  platform::append_u16(bytes, static_cast<std::uint16_t>(12 + kChangePassword.size() + sid.size()));
+  platform::append_u32(bytes, platform::directory_access::kControlAccess);
   platform::append_u32(bytes, kObjectTypePresent);
-  bytes.insert(bytes.end(), std::begin(kChangePassword), std::end(kChangePassword));
+  bytes.insert(bytes.end(), kChangePassword.begin(), kChangePassword.end());
   bytes.insert(bytes.end(), sid.bytes().begin(), sid.bytes().end());
   return Ace::decode(bytes);
 }
 
 bool is_about_change_password(const Ace& ace) {
-  constexpr std::size_t kObjectFlagsAt = 8;
-  constexpr std::size_t kObjectTypeAt = 12;
   return (ace.type() == kAllowObject || ace.type() == kDenyObject) &&
-         ace.size() >= kObjectTypeAt + sizeof kChangePassword &&
-         (platform::read_u32(ace.bytes(), kObjectFlagsAt) & kObjectTypePresent) != 0 &&
-         std::equal(std::begin(kChangePassword), std::end(kChangePassword),
-                    ace.bytes().begin() + kObjectTypeAt);
+         platform::object_type(ace) == kChangePassword;
 }
 
 bool speaks_of(const Ace& ace, const Sid& sid) {
@@ -67,7 +56,7 @@ bool denies(const SecurityDescriptor& descriptor, const Sid& sid) {
 }
 
 bool denies_both(const SecurityDescriptor& descriptor) {
-  return denies(descriptor, platform::well_known::everyone()) && denies(descriptor, self());
+  return denies(descriptor, platform::well_known::everyone()) && denies(descriptor, platform::self_sid());
 }
 
 }  // namespace
@@ -84,7 +73,7 @@ void set_cannot_change_password(LdapConnection& connection, const std::string& d
   SecurityDescriptor descriptor = read_list(connection, dn);
   if (denies_both(descriptor) == cannot)
     return;
-  const std::vector<Sid> both = {platform::well_known::everyone(), self()};
+  const std::vector<Sid> both = {platform::well_known::everyone(), platform::self_sid()};
   std::vector<Ace> entries;
   for (const Sid& sid : both) {
     if (cannot)

@@ -172,7 +172,7 @@ class Check {
     const std::string place = place_.empty() ? "CN=Users," + domain_.root_dn() : place_;
     Rights rights;
     base::Trap trap;
-    if (!trap([&] { rights = read_rights(domain_.ldap(), place); })) {
+    if (!trap([&] { rights = read_rights(domain_, place); })) {
       const bool missing = trap.number() == platform::ads_error::kNoSuchObject;
       base::raise(trap.number(),
                   missing ? "there is no " + place + "; `twk ou list` shows the units" : trap.description());

@@ -44,7 +44,7 @@ std::optional<std::vector<std::string>> effective(LdapConnection& connection, co
   return names;
 }
 
-/// "users, groups and units": the meanings of the names that are there, or of those that are not.
+/// "users, groups and units": the meanings of the names that are there, or with "or" of those that are not.
 std::string listed(const std::vector<std::string>& names, std::span<const Meaning> meanings, bool there) {
   std::vector<std::string_view> words;
   for (const auto& [name, word] : meanings) {
@@ -52,8 +52,9 @@ std::string listed(const std::vector<std::string>& names, std::span<const Meanin
       words.push_back(word);
   }
   std::string text;
+  const std::string_view last = there ? " and " : " or ";
   for (std::size_t i = 0; i < words.size(); ++i)
-    text += std::string(i == 0 ? "" : i + 1 == words.size() ? " and " : ", ") + std::string(words[i]);
+    text.append(i == 0 ? "" : i + 1 < words.size() ? ", " : last).append(words[i]);
   return text;
 }
 
@@ -82,25 +83,46 @@ std::optional<std::vector<std::string>> writable_attributes(LdapConnection& conn
   return effective(connection, dn, kAttributes, "allowedAttributes");
 }
 
-Rights read_rights(LdapConnection& connection, const std::string& unit) {
+bool Rights::are_none() const {
+  return classes.empty() && attributes.empty() && !deletes.value_or(false) && !sets_password.value_or(false);
+}
+
+Rights read_rights(LiveDomain& domain, const std::string& unit) {
+  LdapConnection& connection = domain.ldap();
   Rights rights;
   rights.classes = values_of(connection.read(unit, {kClasses}), kClasses);
   LdapSearch somebody;
   somebody.base = unit;
   somebody.filter = "(&(objectCategory=person)(objectClass=user))";
   somebody.attributes = {kAttributes};
+  std::string user;
   connection.search(somebody, [&](LdapEntry&& entry) {
     rights.attributes = values_of(entry, kAttributes);
+    user = entry.dn;
     return false;
   });
+  if (!user.empty()) {
+    rights.deletes = domain.deletes(user);
+    rights.sets_password = domain.sets_password(user);
+  }
   return rights;
 }
 
 std::string in_words(const Rights& rights, const std::string& unit) {
-  std::string text = sentence(rights.classes, kCreated, "create ", " in " + unit);
-  if (!rights.attributes.empty())
-    text += "; " + sentence(rights.attributes, kWritten, "", " a user there");
-  return text;
+  std::vector<std::string> names = rights.attributes;
+  std::vector<Meaning> meanings;
+  if (!names.empty())
+    meanings.assign(kWritten.begin(), kWritten.end());
+  const auto add = [&](std::optional<bool> may, const Meaning& meaning) {
+    if (may)
+      meanings.push_back(meaning);
+    if (may.value_or(false))
+      names.emplace_back(meaning.first);
+  };
+  add(rights.sets_password, {"a new password", "give a new password to"});
+  add(rights.deletes, {"a deletion", "delete"});
+  const std::string text = sentence(rights.classes, kCreated, "create ", " in " + unit);
+  return meanings.empty() ? text : text + "; " + sentence(names, meanings, "", " a user there");
 }
 
 }  // namespace twk::live

@@ -5,18 +5,21 @@
 #include <string_view>
 #include <vector>
 
-#include "live/ldap/ldap_connection.hpp"
+#include "live/domain/live_domain.hpp"
 
 namespace twk::live {
 
 /// What the account that is logged on may do in a unit, as the server itself says ([MS-ADTS] 3.1.1.4.5.20 and
-/// 3.1.1.4.5.22: allowedChildClassesEffective and allowedAttributesEffective).
+/// 3.1.1.4.5.22: allowedChildClassesEffective and allowedAttributesEffective), and by the access list of a
+/// user who is there.
 struct Rights {
   std::vector<std::string> classes;     ///< of which it may create objects
   std::vector<std::string> attributes;  ///< that it may write to a user who is there; none without a user
+  std::optional<bool> deletes;          ///< that user; none as well where it cannot be told
+  std::optional<bool> sets_password;    ///< of that user
 
   [[nodiscard]] bool creates(std::string_view object_class) const;
-  [[nodiscard]] bool are_none() const { return classes.empty() && attributes.empty(); }
+  [[nodiscard]] bool are_none() const;
 };
 
 /// The classes of which it may create objects there, or the attributes that it may write to an object; none
@@ -26,7 +29,7 @@ std::optional<std::vector<std::string>> writable_attributes(LdapConnection& conn
                                                             const std::string& dn);
 
 /// Raises what the server raises, kNoSuchObject for a unit that is not there.
-Rights read_rights(LdapConnection& connection, const std::string& unit);
+Rights read_rights(LiveDomain& domain, const std::string& unit);
 
 /// "may create users and groups in OU=…, and change all that this program changes of the users there".
 std::string in_words(const Rights& rights, const std::string& unit);

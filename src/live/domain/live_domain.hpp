@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "ads/password_rules.hpp"
+#include "live/domain/access_lists.hpp"
 #include "live/ldap/ldap_connection.hpp"
 #include "live/ldap/live_schema.hpp"
 #include "live/ldap/subschema.hpp"
@@ -95,6 +96,10 @@ class LiveDomain {
   /// objects.
   bool may_create(const std::string& container, std::string_view object_class);
   bool may_write(const std::string& dn, std::string_view attribute);
+  /// The same by the access lists: delete an object, give an account a new password. None where that cannot
+  /// be told.
+  std::optional<bool> deletes(const std::string& dn) { return lists_.deletes(ldap(), schema_dn(), dn); }
+  std::optional<bool> sets_password(const std::string& dn) { return lists_.sets_password(ldap(), dn); }
   /// The entry that has an identifier.
   std::optional<LdapEntry> find_sid(const platform::Sid& sid, const std::vector<std::string>& attributes);
 
@@ -147,6 +152,7 @@ class LiveDomain {
   std::chrono::steady_clock::time_point password_rules_until_;
   std::map<std::string, KnownRights> rights_;                  ///< by kind and name of the object
   std::map<std::string, std::unique_ptr<Subschema>> foreign_;  ///< by server; null for a controller
+  AccessLists lists_;
   LiveSchema schema_;
 };
 

@@ -82,4 +82,10 @@ platform::WtsConfigValue LiveNetwork::WTSQueryUserConfig(std::string_view server
   return as_network_call([&] { return query_terminal_setting(domain_, server, user, setting); });
 }
 
+void LiveNetwork::foresee_user_config(std::string_view server, std::string_view user,
+                                      platform::WtsConfigClass setting,
+                                      const platform::WtsConfigValue& value) {
+  as_network_call([&] { foresee_terminal_setting(domain_, server, user, setting, value); });
+}
+
 }  // namespace twk::live

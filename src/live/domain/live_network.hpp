@@ -6,13 +6,14 @@
 #include <utility>
 
 #include "live/domain/live_domain.hpp"
+#include "platform/foreseen_write.hpp"
 #include "platform/network.hpp"
 
 namespace twk::live {
 
 /// The network of a real domain: its servers' shares and its users' terminal-server settings, by remote calls
 /// with the logon of the domain. Besides the seam's numbers a call may raise 1326, a wrong logon.
-class LiveNetwork final : public platform::Network {
+class LiveNetwork final : public platform::Network, public platform::ForeseenUserConfig {
  public:
   explicit LiveNetwork(LiveDomain& domain) : domain_(domain) {}
 
@@ -33,6 +34,8 @@ class LiveNetwork final : public platform::Network {
                         const platform::WtsConfigValue& value) override;
   platform::WtsConfigValue WTSQueryUserConfig(std::string_view server, std::string_view user,
                                               platform::WtsConfigClass setting) override;
+  void foresee_user_config(std::string_view server, std::string_view user, platform::WtsConfigClass setting,
+                           const platform::WtsConfigValue& value) override;
 
  private:
   /// What one server said about one domain.

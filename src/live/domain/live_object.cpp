@@ -43,6 +43,14 @@ void require_creation(LiveDomain& domain, std::string_view container, std::strin
                                               std::string(container) + ")");
 }
 
+void require_removal(LiveDomain& domain, const std::string& what, const std::string& dn,
+                     const std::string& object_class) {
+  if (!domain.deletes(dn).value_or(true))
+    base::raise(ads_error::kAccessDenied,
+                what + " " + dn + ": the account has too few rights (neither \"Delete\" on it nor \"Delete " +
+                    object_class + " objects\" in " + std::string(ads::parent_dn(dn)) + ")");
+}
+
 }  // namespace
 
 LdapConnection& Origin::ldap() const {
@@ -56,6 +64,12 @@ const ads::AttributeSchema* Origin::attribute(std::string_view name) const {
 
 std::string_view Origin::attribute_name(std::string_view name) const {
   return is_foreign() ? name : platform::ldap_attribute(name);
+}
+
+void require_attribute_right(LiveDomain& domain, const std::string& dn, std::string_view attribute) {
+  if (!domain.may_write(dn, attribute))
+    base::raise(ads_error::kAccessDenied, "Change " + dn + ": the account has too few rights (" +
+                                              std::string(attribute) + " may not be written)");
 }
 
 std::string class_of(const LdapEntry& entry) {
@@ -235,9 +249,20 @@ void LiveEntry::foresee() {
 }
 
 void LiveEntry::require_writing(std::string_view attribute) const {
-  if (!origin_.is_foreign() && !origin_.domain->may_write(dn_, attribute))
-    base::raise(ads_error::kAccessDenied, "Change " + dn_ + ": the account has too few rights (" +
-                                              std::string(attribute) + " may not be written)");
+  if (!origin_.is_foreign())
+    require_attribute_right(*origin_.domain, dn_, attribute);
+}
+
+void LiveEntry::require_reset() const {
+  if (!new_ && !origin_.is_foreign() && !origin_.domain->sets_password(dn_).value_or(true))
+    base::raise(
+        ads_error::kAccessDenied,
+        "Set the password of " + dn_ + ": the account has too few rights (\"Reset password\" is missing)");
+}
+
+void LiveEntry::require_deletion() const {
+  if (!new_ && !origin_.is_foreign())
+    require_removal(*origin_.domain, "Delete", dn_, object_class_);
 }
 
 void LiveEntry::set_password(std::string_view password) {
@@ -320,8 +345,11 @@ void LiveObject::foresee_move(std::string_view source_path) {
     return;
   LiveDomain& domain = *entry_.origin().domain;
   const std::string source = dn_of_path(domain, source_path);
-  if (ads::normalize_dn(ads::parent_dn(source)) != ads::normalize_dn(entry_.dn()))
-    require_creation(domain, entry_.dn(), class_of(ldap().read(source, {"objectClass"})), source);
+  if (ads::normalize_dn(ads::parent_dn(source)) != ads::normalize_dn(entry_.dn())) {
+    const std::string object_class = class_of(ldap().read(source, {"objectClass"}));
+    require_creation(domain, entry_.dn(), object_class, source);
+    require_removal(domain, "Move", source, object_class);
+  }
   if (!domain.may_write(source, "name") && !domain.may_write(source, "cn"))
     base::raise(ads_error::kAccessDenied,
                 "Move " + source + ": the account has too few rights (its name may not be written)");

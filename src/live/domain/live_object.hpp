@@ -54,6 +54,8 @@ class LiveEntry final : public ads::AttributeAccess {
   void foresee();
   /// Raises kAccessDenied where the directory says that the account may not write that attribute.
   void require_writing(std::string_view attribute) const;
+  void require_reset() const;
+  void require_deletion() const;
   /// Enables an account that was made through this object.
   void set_password(std::string_view password);
   /// A new account, enabled unless it is staged otherwise, in one request. False when that was refused, and
@@ -102,6 +104,8 @@ class LiveObject final : public ads::EntryObject,
   bool SetInfoWithPassword(std::string_view password) override;
   void foresee_write() override;
   void foresee_password(std::string_view password) override;
+  void foresee_reset() override { entry_.require_reset(); }
+  void foresee_deletion() override { entry_.require_deletion(); }
   void foresee_members() override { entry_.require_writing("member"); }
   void foresee_move(std::string_view source) override;
   std::vector<std::string> attribute_names() override { return entry_.attribute_names(); }
@@ -150,6 +154,8 @@ class LiveObject final : public ads::EntryObject,
   LiveEntry entry_;
 };
 
+/// Raises kAccessDenied when the account may not write that attribute.
+void require_attribute_right(LiveDomain& domain, const std::string& dn, std::string_view attribute);
 /// The most special of an entry's classes.
 std::string class_of(const LdapEntry& entry);
 /// The distinguished name for a path of an LDAP or WinNT object; a WinNT account is looked up. Raises

@@ -47,6 +47,13 @@ StoredParameters read_entry(LiveDomain& domain, std::string_view server, std::st
   return {entry->dn, platform::user_parameters_bytes(entry->first(kAttribute))};
 }
 
+base::Bytes with_setting(const base::Bytes& before, platform::WtsConfigClass setting,
+                         const platform::WtsConfigValue& value) {
+  UserParameters parameters = UserParameters::decode(before);
+  platform::set_wts_setting(parameters, setting, value);
+  return parameters.encode();
+}
+
 /// Over LDAP, or by the account service where the server refuses that.
 void write_entry(LiveDomain& domain, std::string_view server, std::string_view user, const std::string& dn,
                  const base::Bytes& bytes) {
@@ -80,11 +87,7 @@ platform::WtsConfigValue query_terminal_setting(LiveDomain& domain, std::string_
 
 void set_terminal_setting(LiveDomain& domain, std::string_view server, std::string_view user,
                           platform::WtsConfigClass setting, const platform::WtsConfigValue& value) {
-  const auto changed = [&](const base::Bytes& before) {
-    UserParameters parameters = UserParameters::decode(before);
-    platform::set_wts_setting(parameters, setting, value);
-    return parameters.encode();
-  };
+  const auto changed = [&](const base::Bytes& before) { return with_setting(before, setting, value); };
   if (domain.has_directory()) {
     const StoredParameters stored = read_entry(domain, server, user);
     const base::Bytes after = changed(stored.bytes);
@@ -99,6 +102,17 @@ void set_terminal_setting(LiveDomain& domain, std::string_view server, std::stri
   change.parameters = changed(before);
   if (*change.parameters != before)
     accounts.write_user(rid, change);
+}
+
+void foresee_terminal_setting(LiveDomain& domain, std::string_view server, std::string_view user,
+                              platform::WtsConfigClass setting, const platform::WtsConfigValue& value) {
+  if (!domain.has_directory()) {
+    static_cast<void>(query_terminal_setting(domain, server, user, setting));
+    return;
+  }
+  const StoredParameters stored = read_entry(domain, server, user);
+  if (with_setting(stored.bytes, setting, value) != stored.bytes)
+    require_attribute_right(domain, stored.dn, kAttribute);
 }
 
 }  // namespace twk::live

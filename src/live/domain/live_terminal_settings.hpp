@@ -16,5 +16,8 @@ platform::WtsConfigValue query_terminal_setting(LiveDomain& domain, std::string_
 /// the user is then unchanged.
 void set_terminal_setting(LiveDomain& domain, std::string_view server, std::string_view user,
                           platform::WtsConfigClass setting, const platform::WtsConfigValue& value);
+/// Raises what that would raise for the user, the value, or want of a right; changes nothing.
+void foresee_terminal_setting(LiveDomain& domain, std::string_view server, std::string_view user,
+                              platform::WtsConfigClass setting, const platform::WtsConfigValue& value);
 
 }  // namespace twk::live

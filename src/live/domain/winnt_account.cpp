@@ -74,6 +74,8 @@ class WinntAccount final : public ads::WinntAccountObject, public platform::Fore
 
   void foresee_write() override { entry_.foresee(); }
   void foresee_password(std::string_view /*password*/) override {}
+  void foresee_reset() override { entry_.require_reset(); }
+  void foresee_deletion() override { entry_.require_deletion(); }
   void SetPassword(std::string_view password) override { entry_.set_password(password); }
 
   void Add(std::string_view path) override {
