@@ -6,7 +6,7 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "live/domain/change_password_right.hpp"
-#include "live/domain/live_object.hpp"
+#include "platform/directory.hpp"
 #include "platform/ldap_text.hpp"
 #include "platform/security.hpp"
 

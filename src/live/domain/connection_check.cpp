@@ -172,10 +172,14 @@ class Check {
     const std::string place = place_.empty() ? "CN=Users," + domain_.root_dn() : place_;
     Rights rights;
     base::Trap trap;
-    if (!trap([&] { rights = read_rights(domain_, place); })) {
+    if (!trap([&] { rights = read_rights(domain_.ldap(), place); })) {
       const bool missing = trap.number() == platform::ads_error::kNoSuchObject;
       base::raise(trap.number(),
                   missing ? "there is no " + place + "; `twk ou list` shows the units" : trap.description());
+    }
+    if (!rights.user.empty()) {
+      rights.deletes = domain_.deletes(rights.user);
+      rights.sets_password = domain_.sets_password(rights.user);
     }
     const std::string text = in_words(rights, place);
     if (rights.creates("user") || (delegated_ && !rights.are_none()))

@@ -87,24 +87,18 @@ bool Rights::are_none() const {
   return classes.empty() && attributes.empty() && !deletes.value_or(false) && !sets_password.value_or(false);
 }
 
-Rights read_rights(LiveDomain& domain, const std::string& unit) {
-  LdapConnection& connection = domain.ldap();
+Rights read_rights(LdapConnection& connection, const std::string& unit) {
   Rights rights;
   rights.classes = values_of(connection.read(unit, {kClasses}), kClasses);
   LdapSearch somebody;
   somebody.base = unit;
   somebody.filter = "(&(objectCategory=person)(objectClass=user))";
   somebody.attributes = {kAttributes};
-  std::string user;
   connection.search(somebody, [&](LdapEntry&& entry) {
     rights.attributes = values_of(entry, kAttributes);
-    user = entry.dn;
+    rights.user = entry.dn;
     return false;
   });
-  if (!user.empty()) {
-    rights.deletes = domain.deletes(user);
-    rights.sets_password = domain.sets_password(user);
-  }
   return rights;
 }
 

@@ -5,18 +5,18 @@
 #include <string_view>
 #include <vector>
 
-#include "live/domain/live_domain.hpp"
+#include "live/ldap/ldap_connection.hpp"
 
 namespace twk::live {
 
 /// What the account that is logged on may do in a unit, as the server itself says ([MS-ADTS] 3.1.1.4.5.20 and
-/// 3.1.1.4.5.22: allowedChildClassesEffective and allowedAttributesEffective), and by the access list of a
-/// user who is there.
+/// 3.1.1.4.5.22: allowedChildClassesEffective and allowedAttributesEffective), or access lists.
 struct Rights {
   std::vector<std::string> classes;     ///< of which it may create objects
-  std::vector<std::string> attributes;  ///< that it may write to a user who is there; none without a user
-  std::optional<bool> deletes;          ///< that user; none as well where it cannot be told
-  std::optional<bool> sets_password;    ///< of that user
+  std::string user;                     ///< the name of one who is there; empty when nobody is
+  std::vector<std::string> attributes;  ///< that it may write to that user
+  std::optional<bool> deletes;          ///< that user, by its access list
+  std::optional<bool> sets_password;    ///< of that user, by its access list
 
   [[nodiscard]] bool creates(std::string_view object_class) const;
   [[nodiscard]] bool are_none() const;
@@ -28,8 +28,8 @@ std::optional<std::vector<std::string>> creatable_classes(LdapConnection& connec
 std::optional<std::vector<std::string>> writable_attributes(LdapConnection& connection,
                                                             const std::string& dn);
 
-/// Raises what the server raises, kNoSuchObject for a unit that is not there.
-Rights read_rights(LiveDomain& domain, const std::string& unit);
+/// What the server computes. Raises what it raises, kNoSuchObject for a unit that is not there.
+Rights read_rights(LdapConnection& connection, const std::string& unit);
 
 /// "may create users and groups in OU=…, and change all that this program changes of the users there".
 std::string in_words(const Rights& rights, const std::string& unit);

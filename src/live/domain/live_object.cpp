@@ -72,11 +72,6 @@ void require_attribute_right(LiveDomain& domain, const std::string& dn, std::str
                                               std::string(attribute) + " may not be written)");
 }
 
-std::string class_of(const LdapEntry& entry) {
-  const auto* const classes = entry.find("objectClass");
-  return classes == nullptr || classes->empty() ? "top" : classes->back();
-}
-
 LiveEntry::LiveEntry(Origin origin, LdapEntry stored, std::string object_class)
     : origin_(std::move(origin)),
       dn_(stored.dn),

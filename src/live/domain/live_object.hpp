@@ -156,8 +156,6 @@ class LiveObject final : public ads::EntryObject,
 
 /// Raises kAccessDenied when the account may not write that attribute.
 void require_attribute_right(LiveDomain& domain, const std::string& dn, std::string_view attribute);
-/// The most special of an entry's classes.
-std::string class_of(const LdapEntry& entry);
 /// The distinguished name for a path of an LDAP or WinNT object; a WinNT account is looked up. Raises
 /// kNoSuchObject, kBadPathname.
 std::string dn_of_path(LiveDomain& domain, std::string_view path);

@@ -111,6 +111,11 @@ std::string LdapEntry::first(std::string_view name) const {
   return values == nullptr || values->empty() ? std::string() : values->front();
 }
 
+std::string class_of(const LdapEntry& entry) {
+  const auto* const classes = entry.find("objectClass");
+  return classes == nullptr || classes->empty() ? "top" : classes->back();
+}
+
 LdapPageRequest::LdapPageRequest(const LdapSearch& search, int timeout_seconds)
     : search_(search),
       timeout_seconds_(search.timeout_seconds > 0 ? search.timeout_seconds : timeout_seconds) {

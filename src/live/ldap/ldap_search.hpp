@@ -36,6 +36,9 @@ struct LdapEntry {
   [[nodiscard]] std::string first(std::string_view name) const;
 };
 
+/// The most special of an entry's classes.
+std::string class_of(const LdapEntry& entry);
+
 /// A search in pieces. The connection must outlive it.
 struct LdapSearch {
   std::string base;
