@@ -158,8 +158,8 @@ std::vector<LdapChange> LiveEntry::staged_requests() {
   return changes;
 }
 
-/// Servers differ in whether an absent attribute can be cleared, so such a clear is left out when the request
-/// was refused.
+/// Servers differ in whether an absent attribute can be cleared, and some in whether one can be replaced by
+/// nothing, so after a refusal such a clear is left out, and any other is a deletion.
 void LiveEntry::write_changes() {
   std::vector<LdapChange> changes = staged_requests();
   has_new_password_ = false;
@@ -172,15 +172,14 @@ void LiveEntry::write_changes() {
       return origin_.ldap().modify(dn_, changes);
     const bool clears = std::any_of(changes.begin(), changes.end(),
                                     [](const LdapChange& change) { return change.values.empty(); });
-    if (!clears || failure.number() != ads_error::kUnwilling)
+    if (!clears || (failure.number() != ads_error::kUnwilling && failure.number() != ads_error::kConstraint))
       throw;
     fetched_.reset();
-    const std::size_t before = changes.size();
     std::erase_if(changes, [&](const LdapChange& change) {
       return change.values.empty() && stored(change.attribute).empty();
     });
-    if (changes.size() == before)
-      throw;
+    for (LdapChange& change : changes)
+      change.kind = change.values.empty() ? LdapChangeKind::kDelete : change.kind;
     if (!changes.empty())
       origin_.ldap().modify(dn_, changes);
   }
