@@ -46,6 +46,8 @@ class Holder {
     return has(sid) || (is_self_ && sid == self_sid()) || (is_owner_ && sid == well_known::owner_rights());
   }
 
+  [[nodiscard]] bool is_owner() const { return is_owner_; }
+
  private:
   [[nodiscard]] bool has(const Sid& sid) const {
     return std::find(identifiers_.begin(), identifiers_.end(), sid) != identifiers_.end();
@@ -88,7 +90,13 @@ bool grants(const SecurityDescriptor& descriptor, std::span<const Sid> identifie
   if (!descriptor.dacl_present || !descriptor.dacl)
     return true;
   const Holder holder(descriptor, identifiers, right);
-  for (const Ace& ace : descriptor.dacl->entries()) {
+  const auto& entries = descriptor.dacl->entries();
+  const bool owner_rights_told =
+      std::ranges::any_of(entries, [](const Ace& ace) { return ace.sid() == well_known::owner_rights(); });
+  if (holder.is_owner() && !owner_rights_told &&
+      (right.mask & (access::kReadControl | access::kWriteDac)) != 0)
+    return true;
+  for (const Ace& ace : entries) {
     const auto sid = ace.sid();
     const bool counts = allows(ace.type()) || denies(ace.type());
     if (counts && sid && (ace.flags() & ace_flag::kInheritOnly) == 0 && is_about(ace, right) &&

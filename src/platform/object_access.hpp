@@ -51,8 +51,9 @@ struct ObjectRight {
 };
 
 /// True when the descriptor grants the right to someone with these identifiers, by the algorithm of [MS-DTYP]
-/// 2.5.3.2 for one right: the first entry about it counts. Conditions, which only the server can evaluate,
-/// count as met where they allow and as not met where they deny.
+/// 2.5.3.2 for one right: the first entry about it counts; the owner may always read and write the list.
+/// Conditions, which only the server can evaluate, count as met where they allow and as not met where they
+/// deny.
 bool grants(const SecurityDescriptor& descriptor, std::span<const Sid> identifiers, const ObjectRight& right);
 
 }  // namespace twk::platform

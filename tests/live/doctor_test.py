@@ -24,12 +24,12 @@ ALL = "(A;CI;GA;;;SID)"
 # What is delegated in a unit, what is in the lists of its users, and what can be done with those.
 DELEGATIONS = {
     "Nothing": ("", "", ()),
-    "Creating": (f"(OA;CI;CC;{USERS};;SID)(OA;CIIO;WP;;{USERS};SID)", "", ("ts",)),
+    "Creating": (f"(OA;CI;CC;{USERS};;SID)(OA;CIIO;WP;;{USERS};SID)", "", ("ts", "expires")),
     "Resetting": (RESET + PASSWORD_TIME, "", ("reset-password",)),
     "Removing": (f"(OA;CI;DC;{USERS};;SID)", "", ("delete",)),
     "Deleting": (f"(OA;CIIO;SDWP;;{USERS};SID)", "", ("delete", "ts", "move-ou")),
     "Denied": (ALL + f"(OD;;DC;{USERS};;SID)", "(D;;SDCRWP;;;SID)", ()),
-    "All": (ALL, "", ("delete", "reset-password", "ts", "move-ou")),
+    "All": (ALL, "", ("delete", "reset-password", "ts", "move-ou", "expires", "cannot")),
 }
 RELAY = "127.0.0.5"
 
@@ -144,15 +144,18 @@ def add(ldif):
 
 
 def foresee_by_lists():
-    """So does one of what only the access lists say: who deletes accounts, moves them away, gives them new passwords."""
+    """So does one of what only the access lists say: who deletes accounts, moves them away, gives them new passwords.
+    None of these has a principal name, which a server may refuse to clear."""
     orders = {"delete": ("user", "delete", "--account"), "reset-password": ("user", "reset-password"),
-              "ts": ("ts", "set", "allowLogon=no"), "move-ou": ("user", "move-ou", "OU=Target,DC=twk,DC=test")}
+              "ts": ("ts", "set", "allowLogon=no"), "move-ou": ("user", "move-ou", "OU=Target,DC=twk,DC=test"),
+              "expires": ("user", "set", "expires=2031-01-01"), "cannot": ("user", "set", "cantChange=yes")}
     for unit, (here, below, allowed) in {"Target": (f"(OA;CI;CC;{USERS};;SID)", "", ()), **DELEGATIONS}.items():
         dn = f"OU={unit},DC=twk,DC=test"
         add(f"dn: {dn}\nobjectClass: organizationalUnit\n\n")
         if here:
             delegate(dn, here)
-        names = {} if unit == "Target" else {order: f"{unit}.{order}" for order in orders}
+        few = ("expires", "cannot") if unit not in ("Creating", "All") else ()
+        names = {} if unit == "Target" else {order: f"{unit}.{order}" for order in orders if order not in few}
         for name in names.values():
             add(f"dn: CN={name},{dn}\nobjectClass: user\nsAMAccountName: {name}\nuserAccountControl: 544\n\n")
         for order, name in names.items():

@@ -42,6 +42,7 @@ TEST(ObjectAccess, TheFirstEntryAboutTheRightCounts) {
   const Sid helper[] = {kHelper, kDesk, well_known::everyone()};
   const ObjectRight reset{.mask = kControlAccess, .about = kReset, .self = kPupil};
   const ObjectRight child{.mask = kDeleteChild, .about = kUser, .self = {}};
+  const ObjectRight list{.mask = access::kWriteDac, .about = {}, .self = {}};
   const Ace all{ace_type::kAllow, 0, access::kGenericAll, kDesk};
   const struct {
     const char* what;
@@ -76,6 +77,12 @@ TEST(ObjectAccess, TheFirstEntryAboutTheRightCounts) {
        child,
        false,
        kPupil},
+      {"the owner's list", {}, list, true, kDesk},
+      {"the list of an owner whose rights are told",
+       {{ace_type::kAllow, 0, kDeleteChild, well_known::owner_rights()}},
+       list,
+       false,
+       kDesk},
       {"allowed on a condition", {about(11, kDeleteChild, kUser, kDesk)}, child, true},
       {"denied on a condition", {about(12, kDeleteChild, kUser, kDesk), all}, child, true},
       {"an audit", {about(7, kDeleteChild, kUser, kDesk)}, child, false},

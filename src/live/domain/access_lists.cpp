@@ -124,6 +124,11 @@ std::optional<bool> AccessLists::deletes(LdapConnection& connection, const std::
                 {.mask = platform::directory_access::kDeleteChild, .about = own_class, .self = {}});
 }
 
+std::optional<bool> AccessLists::writes_list(LdapConnection& connection, const std::string& dn) {
+  return grants(connection, object(connection, dn),
+                {.mask = platform::access::kWriteDac, .about = {}, .self = {}});
+}
+
 std::optional<bool> AccessLists::sets_password(LdapConnection& connection, const std::string& dn) {
   return grants(connection, object(connection, dn),
                 {.mask = platform::directory_access::kControlAccess, .about = kResetPassword, .self = {}});

@@ -21,6 +21,8 @@ class AccessLists {
   /// list cannot be read, or the server does not tell which identifiers the account has.
   std::optional<bool> deletes(LdapConnection& connection, const std::string& schema_dn,
                               const std::string& dn);
+  /// By the right "Modify permissions". None as above.
+  std::optional<bool> writes_list(LdapConnection& connection, const std::string& dn);
   /// By the right "Reset password". None as above.
   std::optional<bool> sets_password(LdapConnection& connection, const std::string& dn);
 

@@ -96,10 +96,11 @@ class LiveDomain {
   /// objects.
   bool may_create(const std::string& container, std::string_view object_class);
   bool may_write(const std::string& dn, std::string_view attribute);
-  /// The same by the access lists: delete an object, give an account a new password. None where that cannot
-  /// be told.
+  /// The same by the access lists: delete an object, give an account a new password, change the list. None
+  /// where that cannot be told.
   std::optional<bool> deletes(const std::string& dn) { return lists_.deletes(ldap(), schema_dn(), dn); }
   std::optional<bool> sets_password(const std::string& dn) { return lists_.sets_password(ldap(), dn); }
+  std::optional<bool> writes_access_list(const std::string& dn) { return lists_.writes_list(ldap(), dn); }
   /// The entry that has an identifier.
   std::optional<LdapEntry> find_sid(const platform::Sid& sid, const std::vector<std::string>& attributes);
 

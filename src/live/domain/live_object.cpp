@@ -259,6 +259,12 @@ void LiveEntry::require_deletion() const {
     require_removal(*origin_.domain, "Delete", dn_, object_class_);
 }
 
+void LiveEntry::require_access_list_right() const {
+  if (!new_ && !origin_.domain->writes_access_list(dn_).value_or(true))
+    base::raise(ads_error::kAccessDenied,
+                "Change " + dn_ + ": the account has too few rights (\"Modify permissions\" is missing)");
+}
+
 void LiveEntry::set_password(std::string_view password) {
   std::vector<LdapChange> changes = {{LdapChangeKind::kReplace, "unicodePwd", {encode_password(password)}}};
   if (awaits_password_) {

@@ -56,6 +56,7 @@ class LiveEntry final : public ads::AttributeAccess {
   void require_writing(std::string_view attribute) const;
   void require_reset() const;
   void require_deletion() const;
+  void require_access_list_right() const;
   /// Enables an account that was made through this object.
   void set_password(std::string_view password);
   /// A new account, enabled unless it is staged otherwise, in one request. False when that was refused, and

@@ -72,7 +72,11 @@ class WinntAccount final : public ads::WinntAccountObject, public platform::Fore
     cannot_change_.reset();
   }
 
-  void foresee_write() override { entry_.foresee(); }
+  void foresee_write() override {
+    entry_.foresee();
+    if (cannot_change_ && !entry_.is_new() && *cannot_change_ != cannot_change_password(ldap(), entry_.dn()))
+      entry_.require_access_list_right();
+  }
   void foresee_password(std::string_view /*password*/) override {}
   void foresee_reset() override { entry_.require_reset(); }
   void foresee_deletion() override { entry_.require_deletion(); }
