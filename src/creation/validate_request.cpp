@@ -54,9 +54,8 @@ Step refuse_length(CreationRun& run) {
 }
 
 void open_log(CreationRun& run) {
-  run.session.log.open();
-  run.session.log.gather(true);
   run.session.log.begin_block();
+  run.session.log.gather(true);
   log(run, "Creating User:" + run.UserId);
   log(run, "Site: " + std::string(base::trim(run.request.SiteName)));
   log(run, "Template: " + std::string(base::trim(run.request.TemplateName)));

@@ -37,12 +37,11 @@ void ActivityLog::begin_block() {
   open();
   if (!file_)
     return;
-  const bool gathered = std::exchange(gathers_, true);
+  gather(true);
   line(kAsterisks);
   line(date_and_time(services_.clock));
   line("User:" + services_.environment.variable("USERNAME"));
-  if (!gathered)
-    gather(false);
+  gather(false);
 }
 
 void ActivityLog::line(std::string_view text) {
