@@ -8,6 +8,7 @@
 #include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "live/terms/error_numbers.hpp"
 #include "session/session.hpp"
 #include "session/session_settings.hpp"
 #include "stores/site_store.hpp"
@@ -75,6 +76,8 @@ class ServerCheck {
     base::Trap trap;
     std::set<std::string> shares;
     if (!trap([&] { shares = shares_of(server); })) {
+      if (trap.number() == live::kStopped)
+        return add({step.name, StepOutcome::kSkipped, "stopped"});
       step.outcome = StepOutcome::kFailed;
       step.detail = "its shares cannot be read: " + base::in_words(trap.number(), trap.description());
       return add(std::move(step));

@@ -9,10 +9,12 @@ import contextlib
 import functools
 import json
 import pathlib
+import signal
 import socket
+import subprocess
 import threading
 
-from live_tools import CONF, LIVE, TWK, admin_logon, expect, expect_same, go_through, ldap_values, log_on, run, set_up, twk
+from live_tools import CONF, LIVE, TWK, admin_logon, expect, expect_same, go_through, ldap_values, log_on, run, set_up, twk, twk_command
 
 UNIT = "OU=Delegated,DC=twk,DC=test"
 PASSWORD = "Read-0nly-pls"
@@ -25,13 +27,14 @@ ALL = "(A;CI;GA;;;SID)"
 DELEGATIONS = {
     "Nothing": ("", "", ()),
     "Creating": (f"(OA;CI;CC;{USERS};;SID)(OA;CIIO;WP;;{USERS};SID)", "", ("ts", "expires")),
-    "Resetting": (RESET + PASSWORD_TIME, "", ("reset-password",)),
+    "Resetting": (RESET + PASSWORD_TIME, "", ("reset",)),
     "Removing": (f"(OA;CI;DC;{USERS};;SID)", "", ("delete",)),
-    "Deleting": (f"(OA;CIIO;SDWP;;{USERS};SID)", "", ("delete", "ts", "move-ou")),
+    "Deleting": (f"(OA;CIIO;SDWP;;{USERS};SID)", "", ("delete", "ts", "move", "expires")),
     "Denied": (ALL + f"(OD;;DC;{USERS};;SID)", "(D;;SDCRWP;;;SID)", ()),
-    "All": (ALL, "", ("delete", "reset-password", "ts", "move-ou", "expires", "cannot")),
+    "All": (ALL, "", ("delete", "reset", "ts", "move", "expires", "cannot")),
 }
 RELAY = "127.0.0.5"
+SILENT = "127.0.0.9"
 
 
 def samba(*arguments):
@@ -119,6 +122,10 @@ def as_helper(*order):
     return done.returncode, done.stdout + done.stderr
 
 
+def add(ldif):
+    run("ldapadd", "-Q", "-N", "-Y", "GSSAPI", "-H", f"ldap://{LIVE['SERVER']}", text=ldif)
+
+
 def foresee_rights():
     """A rehearsal refuses what the directory will not let the helper do; what was delegated is enough for its command."""
     twk("template", "add", "Plain", "--group", "Domain Users", "--primary-group", "Domain Users")
@@ -139,39 +146,54 @@ def foresee_rights():
     expect_same(ldap_values("(lockoutTime>=1)", "cn"), [], "who is locked after that")
 
 
-def add(ldif):
-    run("ldapadd", "-Q", "-N", "-Y", "GSSAPI", "-H", f"ldap://{LIVE['SERVER']}", text=ldif)
+def refused(*order):
+    """Those among the users of the order for whom the helper has too few rights."""
+    told = as_helper("--json", *order)[1]
+    rows = [json.loads(line) for line in told.splitlines() if line.startswith("{")]
+    return {row["user"] for row in rows if row.get("light") == "RED" and "too few rights" in str(row)}
 
 
 def foresee_by_lists():
     """So does one of what only the access lists say: who deletes accounts, moves them away, gives them new passwords.
     None of these has a principal name, which a server may refuse to clear."""
-    orders = {"delete": ("user", "delete", "--account"), "reset-password": ("user", "reset-password"),
-              "ts": ("ts", "set", "allowLogon=no"), "move-ou": ("user", "move-ou", "OU=Target,DC=twk,DC=test"),
-              "expires": ("user", "set", "expires=2031-01-01"), "cannot": ("user", "set", "cantChange=yes")}
-    for unit, (here, below, allowed) in {"Target": (f"(OA;CI;CC;{USERS};;SID)", "", ()), **DELEGATIONS}.items():
+    target = "OU=Target,DC=twk,DC=test"
+    orders = {"delete": ("users", "delete", "--account"), "reset": ("users", "reset-password"), "move": ("users", "move-ou", target),
+              "ts": ("users", "set-attribute", "WTSAllowLogonTerminalServer", "no"), "expires": ("user", "set", "expires=2031-01-01"),
+              "cannot": ("user", "set", "cantChange=yes")}
+    for unit, (here, below, _) in {"Target": (f"(OA;CI;CC;{USERS};;SID)", "", ()), **DELEGATIONS}.items():
         dn = f"OU={unit},DC=twk,DC=test"
-        add(f"dn: {dn}\nobjectClass: organizationalUnit\n\n")
+        users = [f"CN={unit}.{order},{dn}" for order in orders] if unit != "Target" else []
+        add(f"dn: {dn}\nobjectClass: organizationalUnit\n")
         if here:
             delegate(dn, here)
-        few = ("expires", "cannot") if unit not in ("Creating", "All") else ()
-        names = {} if unit == "Target" else {order: f"{unit}.{order}" for order in orders if order not in few}
-        for name in names.values():
-            add(f"dn: CN={name},{dn}\nobjectClass: user\nsAMAccountName: {name}\nuserAccountControl: 544\n\n")
-        for order, name in names.items():
-            if below:
-                delegate(f"CN={name},{dn}", below)
-        if names:
-            told = steps("--ou", dn, who=("--user", "helper"), codes=(0, 1))["rights"][1]
-            for word, order in (("delete", "delete"), ("give a new password to", "reset-password")):
-                may = told.rpartition(";")[2].partition("not ")[0]
-                expect_same(word in may, order in allowed, f"rights in {unit}: {told}")
-        for order, name in names.items():
-            words = [*orders[order][:2], name, *orders[order][2:]]
-            foreseen, done = as_helper(*words, "--dry-run"), as_helper(*words)
-            expect_same((foreseen[0] == 0, done[0] == 0), (order in allowed, order in allowed), f"{words}: {foreseen} {done}")
-            if order not in allowed:
-                expect("too few rights", f"rehearsal of {words}", foreseen[1])
+        add("\n".join(f"dn: {user}\nobjectClass: user\nsAMAccountName: {user[3:].partition(',')[0]}\nuserAccountControl: 544\n"
+                      for user in users))
+        for user in users if below else ():
+            delegate(user, below)
+    for order, words in orders.items():
+        for units in ([unit] for unit in ("Creating", "All")) if words[0] == "user" else (list(DELEGATIONS),):
+            names = [f"{unit}.{order}" for unit in units]
+            whole = (*words[:2], *names, *words[2:]) if words[0] == "user" else (*words, *names)
+            wanted = {f"{unit}.{order}" for unit in units if order not in DELEGATIONS[unit][2]}
+            expect_same((refused(*whole, "--dry-run"), refused(*whole)), (wanted, wanted), f"who is refused by {whole}")
+    for unit, may in (("Nothing", ""), ("Resetting", "give a new password to"), ("Removing", "delete")):
+        told = steps("--ou", f"OU={unit},DC=twk,DC=test", who=("--user", "helper"), codes=(0, 1))["rights"][1]
+        expect(f"; may {may} a user there, but not" if may else "too few rights to create users", f"rights in {unit}", told)
+
+
+def ask_a_silent_server():
+    """It takes connections and never answers; Ctrl-C ends the wait for it."""
+    silent = socket.create_server((SILENT, 445))
+    pathlib.Path("/etc/hosts").open("a", encoding="utf-8").write(f"{SILENT} mute\n")
+    twk("site", "add", "Far", "--nt-server", "MUTE")
+    with subprocess.Popen(twk_command("--json", "doctor"), stdout=subprocess.PIPE, encoding="utf-8") as doctor:
+        asked = silent.accept()[0]
+        doctor.send_signal(signal.SIGINT)
+        told = doctor.communicate(timeout=20)[0]
+    asked.close()
+    expect_same(doctor.returncode, 1, "exit code of what was stopped")
+    expect('"detail":"stopped"', "doctor", told.splitlines()[-1])
+    twk("--yes", "site", "delete", "Far")
 
 
 def pass_on(source, target):
@@ -204,4 +226,4 @@ def work_without_catalogue():
     expect("OU=Below,OU=Delegated", "the units", samba("ou", "list"))
 
 
-go_through(prepare, look_at_share_rights, look_at_servers, look_at_rights, foresee_rights, foresee_by_lists, work_without_catalogue)
+go_through(prepare, look_at_share_rights, look_at_servers, look_at_rights, foresee_rights, foresee_by_lists, ask_a_silent_server, work_without_catalogue)

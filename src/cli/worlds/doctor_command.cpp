@@ -5,6 +5,7 @@
 #include "cli/frame/context.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
+#include "cli/terminal/interrupt.hpp"
 #include "session/settings.hpp"
 #include "world/lab_check.hpp"
 #include "world/real_domains.hpp"
@@ -70,7 +71,7 @@ int examine(Context& context, const std::string& unit) {
       live::worst_outcome(world::real_domains().check_connection(settings, context.prompts(), place, print));
   if (worst != StepOutcome::kFailed)
     worst = std::max(worst, live::worst_outcome(world::check_servers(context.world(), print)));
-  return exit_code_of(worst);
+  return std::max(exit_code_of(worst), interrupted() ? kExitYellow : kExitGreen);
 }
 
 }  // namespace

@@ -6,13 +6,16 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <cstring>
 #include <memory>
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "live/terms/error_numbers.hpp"
 #include "platform/directory.hpp"
 
 namespace twk::live {
@@ -56,8 +59,7 @@ class Socket {
 };
 
 /// 0, or the system's error number.
-int try_address(const addrinfo& address, int timeout_seconds) {
-  const Socket one(address);
+int connect_to(const Socket& one, const addrinfo& address, int timeout_seconds) {
   if (one.number() < 0)
     return errno;
   if (connect(one.number(), address.ai_addr, address.ai_addrlen) == 0)
@@ -71,6 +73,52 @@ int try_address(const addrinfo& address, int timeout_seconds) {
   int reason = 0;
   socklen_t size = sizeof reason;
   return getsockopt(one.number(), SOL_SOCKET, SO_ERROR, &reason, &size) == 0 ? reason : errno;
+}
+
+int try_address(const addrinfo& address, int timeout_seconds) {
+  return connect_to(Socket(address), address, timeout_seconds);
+}
+
+/// The first message of SMB, a NEGOTIATE Request ([MS-SMB2] 2.2.3) behind the length that TCP takes: header
+/// (64 bytes), size of the body, number of dialects, what is required of signing, 28 bytes that may be zeros,
+/// the dialects. What answers it at all is a file server that can be waited for.
+std::array<char, 112> first_question() {
+  constexpr std::size_t kHeaderAt = 4;
+  constexpr std::size_t kBodyAt = kHeaderAt + 64;
+  constexpr std::size_t kDialectsAt = kBodyAt + 36;
+  constexpr std::array<std::uint16_t, 4> kDialects = {0x0202, 0x0210, 0x0300, 0x0302};
+  std::array<char, 112> question{};
+  question[3] = static_cast<char>(question.size() - kHeaderAt);
+  std::ranges::copy(std::string_view("\xFESMB\x40", 5), question.begin() + kHeaderAt);
+  question[kHeaderAt + 14] = 1;  // credits that are asked for
+  question[kBodyAt] = 36;
+  question[kBodyAt + 2] = kDialects.size();
+  question[kBodyAt + 4] = 1;  // signing is possible
+  for (std::size_t i = 0; i < kDialects.size(); ++i) {
+    question[kDialectsAt + 2 * i] = static_cast<char>(kDialects[i] & 0xFF);
+    question[kDialectsAt + 2 * i + 1] = static_cast<char>(kDialects[i] >> 8);
+  }
+  return question;
+}
+
+/// False when nothing comes within that time, not even the end of the connection.
+bool is_heard_of(const Socket& one, int timeout_seconds, const std::function<bool()>& is_stopped,
+                 const std::string& host) {
+  constexpr std::chrono::seconds kGrace{3};
+  constexpr int kPace = 100;  // milliseconds between two looks whether the person has had enough
+  const std::array<char, 112> question = first_question();
+  if (send(one.number(), question.data(), question.size(), MSG_NOSIGNAL) < 0)
+    return true;
+  const auto start = std::chrono::steady_clock::now();
+  pollfd waited = {.fd = one.number(), .events = POLLIN, .revents = 0};
+  while (poll(&waited, 1, kPace) == 0 || waited.revents == 0) {
+    const auto silence = std::chrono::steady_clock::now() - start;
+    if (silence > kGrace && is_stopped && is_stopped())
+      base::raise(kStopped, "Stopped while waiting for an answer of " + host);
+    if (silence > std::chrono::seconds(timeout_seconds))
+      return false;
+  }
+  return true;
 }
 
 }  // namespace
@@ -95,6 +143,22 @@ std::string why_no_answer(const std::string& host, std::uint16_t port, int timeo
       return {};
   }
   return std::strerror(reason);  // NOLINT(concurrency-mt-unsafe): glibc's is safe
+}
+
+std::string why_no_file_server(const std::string& host, int timeout_seconds,
+                               const std::function<bool()>& is_stopped) {
+  const Addresses addresses = look_up(host, "445");
+  std::string why = "it does not listen";
+  for (const addrinfo* address = addresses.get(); address != nullptr; address = address->ai_next) {
+    const Socket one(*address);
+    if (connect_to(one, *address, timeout_seconds) != 0)
+      continue;
+    if (is_heard_of(one, timeout_seconds, is_stopped, host))
+      return {};
+    why = "it takes connections, but does not answer within " + base::to_text(timeout_seconds) +
+          " seconds; restart its file service";
+  }
+  return why;
 }
 
 }  // namespace twk::live

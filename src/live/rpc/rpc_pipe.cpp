@@ -1,15 +1,11 @@
 #include "live/rpc/rpc_pipe.hpp"
 
-#include <netdb.h>
-#include <poll.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
 #include "ads/account_names.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "live/ldap/ldap_errors.hpp"
 #include "live/logon/logon_name.hpp"
+#include "live/logon/network_probe.hpp"
 #include "live/rpc/samba_headers.hpp"
 #include "platform/directory.hpp"
 #include "platform/network.hpp"
@@ -37,23 +33,6 @@ const ndr_interface_table& table_of(RpcInterface interface) {
 
 [[noreturn]] void no_answer(const std::string& host, const std::string& why) {
   base::raise(network_error::kBadNetPath, "The network path was not found: " + host + " (" + why + ")");
-}
-
-bool connects_in_time(const addrinfo& address, int seconds) {
-  constexpr int kMilliseconds = 1000;
-  const int socket =
-      ::socket(address.ai_family, address.ai_socktype | SOCK_NONBLOCK | SOCK_CLOEXEC, address.ai_protocol);
-  if (socket < 0)
-    return false;
-  bool connected = ::connect(socket, address.ai_addr, address.ai_addrlen) == 0;
-  pollfd waiting{.fd = socket, .events = POLLOUT, .revents = 0};
-  if (!connected && ::poll(&waiting, 1, seconds * kMilliseconds) == 1) {
-    int failure = 0;
-    socklen_t size = sizeof failure;
-    connected = ::getsockopt(socket, SOL_SOCKET, SO_ERROR, &failure, &size) == 0 && failure == 0;
-  }
-  ::close(socket);
-  return connected;
 }
 
 /// The library would say of an invalid parameter.
@@ -109,22 +88,18 @@ WithoutPipeSignal::~WithoutPipeSignal() {
   sigaction(SIGPIPE, &before_, nullptr);
 }
 
-void require_listening(const std::string& host, int seconds) {
+void require_file_server(const std::string& host, int seconds, const std::function<bool()>& is_stopped) {
   // These characters belong to the syntax of the binding's text.
   if (host.empty() || host.find_first_of("[]:,\\/\"@ ") != base::npos || base::find_control_character(host))
     no_answer(base::to_valid_utf8(host), "not the name of a server");
-  addrinfo hints{};
-  hints.ai_socktype = SOCK_STREAM;
-  addrinfo* addresses = nullptr;
-  const int failure = ::getaddrinfo(host.c_str(), "445", &hints, &addresses);
-  if (failure != 0)
-    no_answer(host, ::gai_strerror(failure));
-  const std::unique_ptr<addrinfo, decltype(&::freeaddrinfo)> owner(addresses, ::freeaddrinfo);
-  for (const addrinfo* one = addresses; one != nullptr; one = one->ai_next) {
-    if (connects_in_time(*one, seconds))
-      return;
-  }
-  no_answer(host, "it does not listen");
+  base::Trap unknown;
+  std::string why;
+  if (!unknown([&] { why = why_no_file_server(host, seconds, is_stopped); }) && unknown.number() == kStopped)
+    base::raise(unknown.number(), unknown.description());
+  if (unknown.number() != 0)
+    no_answer(host, unknown.description());
+  if (!why.empty())
+    no_answer(host, why);
 }
 
 std::uint32_t win32_of_status(std::uint32_t status) {
@@ -171,12 +146,8 @@ void RpcPipe::connect() {
 }
 
 void RpcPipe::connect_to_server() {
-  // These characters belong to the syntax of the binding's text.
-  if (host_.empty() || host_.find_first_of("[]:,\\/\"@ ") != base::npos ||
-      base::find_control_character(host_))
-    no_answer(base::to_valid_utf8(host_), "not the name of a server");
   const int seconds = credentials_->settings().timeout_seconds;
-  require_listening(host_, seconds);
+  require_file_server(host_, seconds, [this] { return credentials_->is_stopped(); });
   auto handle = std::make_unique<Handle>();
   loadparm_context* const configuration = loadparm_init(handle->memory.get());
   // Without the machine's file the library's defaults apply.

@@ -86,10 +86,11 @@ inline constexpr std::uint32_t kRpcLost = 64;
 /// ERROR_LOGON_FAILURE.
 inline constexpr std::uint32_t kRpcLogonFailure = 1326;
 
-/// Raises kBadNetPath for a server that does not accept an SMB connection within that time, and for an
-/// invalid server name. The library itself would search for an unknown one in every possible way, for a
-/// minute.
-void require_listening(const std::string& host, int seconds);
+/// Raises kBadNetPath for a server that does not accept an SMB connection or does not answer on it within
+/// that time, and for an invalid server name; kStopped when the person asks to stop. The library itself would
+/// search for an unknown one in every possible way, and wait for a silent one, for a minute in which nothing
+/// stops it.
+void require_file_server(const std::string& host, int seconds, const std::function<bool()>& is_stopped);
 
 /// Holds off SIGPIPE for a scope: the library writes to a socket that the server may have closed, which would
 /// otherwise end the program.
