@@ -41,6 +41,14 @@ int put_custom_row(Context& context, const CustomArguments& arguments) {
   const std::string unwritten = directory::write_custom_fields(session, rows);
   if (!unwritten.empty())
     throw Refused("Cannot write the setting " + unwritten + ".");
+  if (context.output().json()) {
+    const auto& row = rows.at(static_cast<std::size_t>(arguments.number - 1));
+    context.output().result(
+        row.caption.empty()
+            ? Json{{"number", arguments.number}, {"deleted", true}}
+            : Json{{"number", arguments.number}, {"name", row.caption}, {"attribute", row.attribute}},
+        {});
+  }
   return kExitGreen;
 }
 

@@ -134,14 +134,26 @@ int set_setting(Context& context, const SettingsArguments& arguments, bool from_
   const std::string_view key = sub_key_of(arguments.key);
   if (!arguments.force)
     require_known(key, arguments.name, value);
-  write_setting(context, hive_of(arguments).first, full_key(key), arguments.name, value);
+  const auto& [hive, hive_name] = hive_of(arguments);
+  write_setting(context, hive, full_key(key), arguments.name, value);
   tell_preset(context, key, arguments.name);
+  if (context.output().json()) {
+    const std::string stored = shown(arguments, arguments.name, value);
+    context.output().result(to_json(hive_name, full_key(key), arguments.name, stored), {});
+  }
   return kExitGreen;
 }
 
 int unset_setting(Context& context, const SettingsArguments& arguments) {
-  if (!context.registry_listing().remove(hive_of(arguments).first, full_key(arguments.key), arguments.name))
+  const auto& [hive, hive_name] = hive_of(arguments);
+  if (!context.registry_listing().remove(hive, full_key(arguments.key), arguments.name))
     throw Refused("There is no setting " + arguments.key + "\\" + arguments.name + ".");
+  if (context.output().json())
+    context.output().result({{"hive", hive_name},
+                             {"key", sub_key_of(arguments.key)},
+                             {"name", arguments.name},
+                             {"deleted", true}},
+                            {});
   return kExitGreen;
 }
 
