@@ -108,6 +108,14 @@ $ settings get custom MENU
        {{"$TEXT", {file("settings.reg", text)}}});
 }
 
+TEST_F(Stores, AChangedSettingIsAnsweredAsARow) {
+  EXPECT_THAT(run({"--json", "settings", "set", "Setup", "IncNumber", "7"}).out,
+              testing::HasSubstr(R"("name":"IncNumber","value":"7")"));
+  EXPECT_THAT(run({"--json", "settings", "unset", "Setup", "IncNumber"}).out,
+              testing::HasSubstr(R"("deleted":true)"));
+  EXPECT_EQ(run({"--json", "custom", "clear", "1"}).out, "{\"number\":1,\"deleted\":true}\n");
+}
+
 TEST_F(Stores, ASettingThatNoReaderAcceptsIsRefusedUnlessForced) {
   play(R"(
 $ settings set Setup IncNumber banana => 64 takes a number from 0 to 32767
