@@ -43,11 +43,12 @@ int put_custom_row(Context& context, const CustomArguments& arguments) {
     throw Refused("Cannot write the setting " + unwritten + ".");
   if (context.output().json()) {
     const auto& row = rows.at(static_cast<std::size_t>(arguments.number - 1));
-    context.output().result(
-        row.caption.empty()
-            ? Json{{"number", arguments.number}, {"deleted", true}}
-            : Json{{"number", arguments.number}, {"name", row.caption}, {"attribute", row.attribute}},
-        {});
+    Json answer{{"number", arguments.number}};
+    if (row.caption.empty())
+      answer["deleted"] = true;
+    else
+      answer.update({{"name", row.caption}, {"attribute", row.attribute}});
+    context.output().result(answer, {});
   }
   return kExitGreen;
 }
