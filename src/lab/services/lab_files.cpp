@@ -180,8 +180,10 @@ void LabFiles::make_directory(std::string_view path) {
   if (!place)
     return workstation_.make_directory(path);
   const std::string local = place->server.local_path_of_new(place->path);
-  if (!workstation_.exists(local))
-    require_addable(*place, true);
+  base::Trap refused;
+  // A folder that exists is reported as such.
+  if (!refused([&] { require_addable(*place, true); }) && !workstation_.exists(local))
+    base::raise(refused.number(), refused.description());
   workstation_.make_directory(local);
   made(*place);
 }

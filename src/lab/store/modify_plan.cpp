@@ -119,9 +119,12 @@ void LinkPlan::replace(Side side, const std::vector<std::string>& values) {
 }
 
 void AttributePlan::modify(const Modification& change) {
-  std::vector<std::string>& values = staged(change.attribute);
-  if (change.kind == ModifyKind::kReplace)
+  if (change.kind == ModifyKind::kReplace) {
+    std::vector<std::string>& values = staged_[tree_.pool().intern(change.attribute)];
     values.clear();
+    return add(values, change);
+  }
+  std::vector<std::string>& values = staged(change.attribute);
   if (change.kind == ModifyKind::kDelete) {
     remove(values, change);
   } else {
@@ -168,6 +171,10 @@ void AttributePlan::append(std::string& block, AttributeId id, const std::vector
 }
 
 void AttributePlan::add(std::vector<std::string>& values, const Modification& change) const {
+  if (values.empty() && change.values.size() == 1) {
+    values = change.values;
+    return;
+  }
   std::unordered_set<std::string> keys;
   for (const std::string& value : values)
     keys.insert(value_key(value));

@@ -79,7 +79,7 @@ int try_address(const addrinfo& address, int timeout_seconds) {
   return connect_to(Socket(address), address, timeout_seconds);
 }
 
-/// The first message of SMB, a NEGOTIATE Request ([MS-SMB2] 2.2.3) behind the length that TCP takes: header
+/// The first message of SMB, a NEGOTIATE Request ([MS-SMB2] 2.2.3) after the length that TCP takes: header
 /// (64 bytes), size of the body, number of dialects, what is required of signing, 28 bytes that may be zeros,
 /// the dialects. What answers it at all is a file server that can be waited for.
 std::array<char, 112> first_question() {
