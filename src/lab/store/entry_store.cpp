@@ -47,6 +47,7 @@ const Entry* entry_of(const Node* node) {
 
 std::vector<const Entry*> entries_of(const std::vector<const Node*>& nodes) {
   std::vector<const Entry*> entries;
+  entries.reserve(nodes.size());
   for (const Node* const node : nodes)
     entries.push_back(&node->entry);
   return entries;
