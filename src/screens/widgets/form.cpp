@@ -31,7 +31,7 @@ class PageScroller final : public QScrollArea {
     if (layout == nullptr || !layout->hasHeightForWidth())
       return;
     const int width = std::max(viewport()->width(), layout->totalMinimumSize().width());
-    const int height = layout->minimumHeightForWidth(width);
+    const int height = std::max(layout->minimumHeightForWidth(width), 0);
     if (height != widget()->minimumHeight())
       widget()->setMinimumHeight(height);
   }
