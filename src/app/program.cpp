@@ -146,7 +146,7 @@ class Workplace {
   void add_places(screens::MainWindow& window, std::optional<Next>& next) {
     auto* const menu = window.findChild<QMenu*>("mnuFile");
     QAction* const end = menu->actions().back();
-    const auto leave_for = [this, &window, &next](const QString& lab) {
+    const auto leave_for = [&window, &next](const QString& lab) {
       next = Next{.lab = lab};
       // A window that stays, because of a run or of edits, leads nowhere.
       if (!window.close())

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "lifecycle/rename/rename_plan.hpp"
+#include "platform/files.hpp"
 
 /// A renaming in progress is recorded in the database directory, "Rename-<identifier of the account>.txt",
 /// from before its first change until it is complete. So the same order completes an interrupted renaming:
