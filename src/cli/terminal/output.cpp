@@ -111,6 +111,7 @@ std::string csv_of(const std::vector<Column>& columns, const std::vector<Json>& 
   // A file gets the texts as they are, a terminal none that steers it.
   const bool for_terminal = is_terminal(STDOUT_FILENO);
   std::vector<std::string> fields;
+  fields.reserve(columns.size());
   for (const Column& column : columns)
     fields.push_back(column.key);
   std::string out = csv_record(fields);
