@@ -43,7 +43,8 @@ class Holder {
         is_owner_(descriptor.owner && has(*descriptor.owner)) {}
 
   [[nodiscard]] bool is(const Sid& sid) const {
-    return has(sid) || (is_self_ && sid == self_sid()) || (is_owner_ && sid == well_known::owner_rights());
+    return has(sid) || (is_self_ && sid == well_known::principal_self()) ||
+           (is_owner_ && sid == well_known::owner_rights());
   }
 
   [[nodiscard]] bool is_owner() const { return is_owner_; }
@@ -66,10 +67,6 @@ bool is_about(const Ace& ace, const ObjectRight& right) {
 }
 
 }  // namespace
-
-Sid self_sid() {
-  return {5, {10}};
-}
 
 std::optional<Guid> object_type(const Ace& ace) {
   constexpr std::size_t kFlagsAt = 8;

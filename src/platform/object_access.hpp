@@ -40,9 +40,6 @@ constexpr Guid guid(std::string_view text) {
 /// None for an entry that is about everything.
 std::optional<Guid> object_type(const Ace& ace);
 
-/// S-1-5-10, in the list of an account that account itself.
-Sid self_sid();
-
 /// A right that is asked for.
 struct ObjectRight {
   std::uint32_t mask = 0;     ///< one bit

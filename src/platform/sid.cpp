@@ -125,6 +125,9 @@ Sid creator_group() {
 Sid owner_rights() {
   return {kCreatorAuthority, {4}};
 }
+Sid principal_self() {
+  return {kNtAuthority, {10}};
+}
 Sid authenticated_users() {
   return {kNtAuthority, {11}};
 }

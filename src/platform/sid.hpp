@@ -45,6 +45,7 @@ Sid everyone();             ///< "World", S-1-1-0
 Sid creator_owner();        ///< S-1-3-0: replaced by the owner when a list is inherited
 Sid creator_group();        ///< S-1-3-1
 Sid owner_rights();         ///< S-1-3-4
+Sid principal_self();       ///< S-1-5-10: in the list of an account that account itself
 Sid authenticated_users();  ///< S-1-5-11
 Sid local_system();         ///< S-1-5-18
 Sid administrators();       ///< S-1-5-32-544

@@ -56,7 +56,8 @@ bool denies(const SecurityDescriptor& descriptor, const Sid& sid) {
 }
 
 bool denies_both(const SecurityDescriptor& descriptor) {
-  return denies(descriptor, platform::well_known::everyone()) && denies(descriptor, platform::self_sid());
+  return denies(descriptor, platform::well_known::everyone()) &&
+         denies(descriptor, platform::well_known::principal_self());
 }
 
 }  // namespace
@@ -73,7 +74,7 @@ void set_cannot_change_password(LdapConnection& connection, const std::string& d
   SecurityDescriptor descriptor = read_list(connection, dn);
   if (denies_both(descriptor) == cannot)
     return;
-  const std::vector<Sid> both = {platform::well_known::everyone(), platform::self_sid()};
+  const std::vector<Sid> both = {platform::well_known::everyone(), platform::well_known::principal_self()};
   std::vector<Ace> entries;
   for (const Sid& sid : both) {
     if (cannot)
