@@ -183,16 +183,19 @@ def foresee_by_lists():
 
 def ask_a_silent_server():
     """It takes connections and never answers; Ctrl-C ends the wait for it."""
-    silent = socket.create_server((SILENT, 445))
     pathlib.Path("/etc/hosts").open("a", encoding="utf-8").write(f"{SILENT} mute\n")
     twk("site", "add", "Far", "--nt-server", "MUTE")
-    with subprocess.Popen(twk_command("--json", "doctor"), stdout=subprocess.PIPE, encoding="utf-8") as doctor:
-        asked = silent.accept()[0]
-        doctor.send_signal(signal.SIGINT)
-        told = doctor.communicate(timeout=20)[0]
-    asked.close()
-    expect_same(doctor.returncode, 1, "exit code of what was stopped")
-    expect('"detail":"stopped"', "doctor", told.splitlines()[-1])
+    create = ("user", "create", "--template", "Pupil", "--site", "Far", "--ou", UNIT, "Una", "Heard")
+    for command, code, words in ((("--json", "doctor"), 1, '"detail":"stopped"'),
+                                 (create, 2, "Stopped while waiting for an answer of MUTE")):
+        with (socket.create_server((SILENT, 445)) as silent,
+              subprocess.Popen(twk_command(*command), stdout=subprocess.PIPE, encoding="utf-8") as asking):
+            asked = silent.accept()[0]
+            asking.send_signal(signal.SIGINT)
+            told = asking.communicate(timeout=20)[0]
+            asked.close()
+        expect_same(asking.returncode, code, f"exit code of a stopped {command}")
+        expect(words, "what was stopped", told.splitlines()[-1])
     twk("--yes", "site", "delete", "Far")
 
 

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <optional>
@@ -18,6 +19,8 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "live/logon/logon_name.hpp"
+#include "live/logon/network_probe.hpp"
+#include "live/terms/error_numbers.hpp"
 #include "local/file_errors.hpp"
 #include "platform/acl.hpp"
 
@@ -78,8 +81,8 @@ std::int64_t nanoseconds_of(const timespec& time) {
 void keep_quiet(void* /*data*/, int /*level*/, const char* /*text*/) {}
 
 /// The library fails without a reason where a server refuses a security descriptor.
-int reason_of_failure() {
-  return errno == 0 ? EACCES : errno;
+int reason_of(int error) {
+  return error == 0 ? EACCES : error;
 }
 
 /// Keeps standard output closed for a scope: there the library reports, among the results, a server that
@@ -262,23 +265,52 @@ SMBCCTX* SmbClient::context() {
   return handle_->context;
 }
 
-int SmbClient::run(const std::function<bool()>& call, const std::function<bool()>& done) {
+void SmbClient::require_answer(const std::string& server) {
+  using Clock = std::chrono::steady_clock;
+  constexpr std::chrono::seconds kMemory{15};
+  constexpr int kSecondWait = 1;  // seconds
+  const auto [found, is_new] = servers_.try_emplace(server);
+  Server& known = found->second;
+  if (is_new || (!known.silence.empty() && Clock::now() - known.asked > kMemory)) {
+    const int seconds = credentials_->settings().timeout_seconds;
+    base::Trap unknown;
+    unknown([&] {
+      known.silence = why_no_file_server(server, is_new ? seconds : std::min(seconds, kSecondWait),
+                                         [this] { return credentials_->is_stopped(); });
+    });
+    known.asked = Clock::now();
+    if (unknown.number() == kStopped) {
+      servers_.erase(found);
+      base::raise(unknown.number(), unknown.description());
+    }
+  }
+  if (!known.silence.empty())
+    base::raise(base::error::kFileNotFound,
+                "The network path was not found: \\\\" + server + " (" + known.silence + ")");
+}
+
+int SmbClient::run(const SmbPath& path, const std::function<bool()>& call,
+                   const std::function<bool()>& done) {
   context();
+  require_answer(path.server);
   const WithoutOutput quiet;
   const WithOwnTicketCache own_cache;
   errno = 0;
   if (call())
     return 0;
-  const bool lost = is_server_lost(errno);
+  const int error = errno;
+  const bool lost = is_server_lost(error);
+  if (lost || error == ETIMEDOUT)
+    servers_.erase(path.server);
   // A server ends a session with the ticket that it began with, and the library calls that an invalid
   // argument.
-  if (!lost && errno != EINVAL)
-    return reason_of_failure();
+  if (!lost && error != EINVAL)
+    return reason_of(error);
   smbc_getFunctionPurgeCachedServers(context())(context());
   if (lost && done && done())
     return 0;
   errno = 0;
-  return call() ? 0 : reason_of_failure();
+  return call() ? 0 : reason_of(errno);
 }
 
 void SmbClient::require_ticket(std::string_view action, const SmbPath& path) {
@@ -310,14 +342,15 @@ void SmbClient::fail(int error, std::string_view action, const SmbPath& path) {
 bool SmbClient::answers(const SmbPath& path) {
   const std::string url = path.url();
   struct stat status = {};
-  return run([&] { return smbc_getFunctionStat(context())(context(), url.c_str(), &status) == 0; }) == 0;
+  return run(path, [&] { return smbc_getFunctionStat(context())(context(), url.c_str(), &status) == 0; }) ==
+         0;
 }
 
 platform::FileEntry SmbClient::status(const SmbPath& path) {
   const std::string url = path.url();
   struct stat status = {};
   const int error =
-      run([&] { return smbc_getFunctionStat(context())(context(), url.c_str(), &status) == 0; });
+      run(path, [&] { return smbc_getFunctionStat(context())(context(), url.c_str(), &status) == 0; });
   if (error != 0)
     fail(error, "look at", path);
   platform::FileEntry entry;
@@ -330,7 +363,7 @@ platform::FileEntry SmbClient::status(const SmbPath& path) {
 std::vector<platform::FileEntry> SmbClient::list(const SmbPath& path) {
   const std::string url = path.url();
   SMBCFILE* folder = nullptr;
-  const int error = run([&] {
+  const int error = run(path, [&] {
     folder = smbc_getFunctionOpendir(context())(context(), url.c_str());
     return folder != nullptr;
   });
@@ -365,9 +398,9 @@ bool SmbClient::is_empty_folder(const SmbPath& path) {
 
 void SmbClient::make_directory(const SmbPath& path) {
   const std::string url = path.url();
-  const int error =
-      run([&] { return smbc_getFunctionMkdir(context())(context(), url.c_str(), kNewMode) == 0; },
-          [&] { return is_empty_folder(path); });
+  const int error = run(
+      path, [&] { return smbc_getFunctionMkdir(context())(context(), url.c_str(), kNewMode) == 0; },
+      [&] { return is_empty_folder(path); });
   if (error == EEXIST) {
     base::raise(base::error::kPathFileAccess,
                 "cannot make the folder " + path.text() + ": something of that name exists");
@@ -381,7 +414,7 @@ void SmbClient::make_directory(const SmbPath& path) {
 
 void SmbClient::remove_directory(const SmbPath& path) {
   const std::string url = path.url();
-  const int error = run([&] { return smbc_getFunctionRmdir(context())(context(), url.c_str()) == 0; });
+  const int error = run(path, [&] { return smbc_getFunctionRmdir(context())(context(), url.c_str()) == 0; });
   if (error == ENOTEMPTY || error == EEXIST || error == ENOTDIR)
     base::raise(base::error::kPathFileAccess,
                 "cannot remove the folder " + path.text() + ": it is not a folder, or not empty");
@@ -391,7 +424,7 @@ void SmbClient::remove_directory(const SmbPath& path) {
 
 void SmbClient::remove_file(const SmbPath& path) {
   const std::string url = path.url();
-  const int error = run([&] { return smbc_getFunctionUnlink(context())(context(), url.c_str()) == 0; });
+  const int error = run(path, [&] { return smbc_getFunctionUnlink(context())(context(), url.c_str()) == 0; });
   if (error != 0)
     fail(error, "remove", path);
 }
@@ -404,7 +437,7 @@ void SmbClient::set_modified(const SmbPath& path, std::int64_t modified) {
     time.tv_usec = static_cast<suseconds_t>(modified % 1'000'000'000 / 1000);
   }
   const int error =
-      run([&] { return smbc_getFunctionUtimes(context())(context(), url.c_str(), times) == 0; });
+      run(path, [&] { return smbc_getFunctionUtimes(context())(context(), url.c_str(), times) == 0; });
   if (error != 0)
     fail(error, "set the time of", path);
 }
@@ -412,7 +445,7 @@ void SmbClient::set_modified(const SmbPath& path, std::int64_t modified) {
 void SmbClient::rename(const SmbPath& from, const SmbPath& to) {
   const std::string source = from.url();
   const std::string target = to.url();
-  const int error = run([&] {
+  const int error = run(from, [&] {
     return smbc_getFunctionRename(context())(context(), source.c_str(), context(), target.c_str()) == 0;
   });
   if (error != 0)
@@ -430,7 +463,7 @@ std::unique_ptr<SmbFile> SmbClient::open(const SmbPath& path, SmbOpen how) {
   }
   const std::string url = path.url();
   SMBCFILE* file = nullptr;
-  const int error = run([&] {
+  const int error = run(path, [&] {
     file = smbc_getFunctionOpen(context())(context(), url.c_str(), flags, kNewMode);
     return file != nullptr;
   });
@@ -445,7 +478,7 @@ std::string SmbClient::attribute(const SmbPath& path, const std::string& name) {
   int error = ERANGE;
   for (std::size_t size = kFirstAttributeBuffer; error == ERANGE && size <= kLastAttributeBuffer; size *= 4) {
     value.assign(size, '\0');
-    error = run([&] {
+    error = run(path, [&] {
       return smbc_getFunctionGetxattr(context())(context(), url.c_str(), name.c_str(), value.data(), size) >=
              0;
     });
@@ -458,7 +491,7 @@ std::string SmbClient::attribute(const SmbPath& path, const std::string& name) {
 
 void SmbClient::set_attribute(const SmbPath& path, const std::string& name, const std::string& value) {
   const std::string url = path.url();
-  const int error = run([&] {
+  const int error = run(path, [&] {
     return smbc_getFunctionSetxattr(context())(context(), url.c_str(), name.c_str(), value.c_str(),
                                                value.size() + 1, 0) == 0;
   });

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -70,9 +72,13 @@ class SmbClient {
  private:
   friend class SmbOpenFile;
   _SMBCCTX* context();
-  /// Runs a call, and once more when the connection or its session was lost and `done` does not report it as
-  /// made. Returns 0 or a value of errno.
-  int run(const std::function<bool()>& call, const std::function<bool()>& done = {});
+  /// Raises 53 when the server is silent, and kStopped when the person does not wait for it. A server is
+  /// asked before the first call to it. While it is silent, it is asked again at times, with a short wait: a
+  /// run over many users is not to wait for it at each.
+  void require_answer(const std::string& server);
+  /// Runs a call on a path, and once more when the connection or its session was lost and `done` does not
+  /// report it as made. Returns 0 or a value of errno.
+  int run(const SmbPath& path, const std::function<bool()>& call, const std::function<bool()>& done = {});
   /// Raises what is wrong with the person's ticket, if anything.
   void require_ticket(std::string_view action, const SmbPath& path);
   [[noreturn]] void fail(int error, std::string_view action, const SmbPath& path);
@@ -83,6 +89,11 @@ class SmbClient {
   std::shared_ptr<Credentials> credentials_;
   struct Handle;
   std::unique_ptr<Handle> handle_;
+  struct Server {
+    std::string silence;  ///< why it cannot be talked to; empty when it answers
+    std::chrono::steady_clock::time_point asked;
+  };
+  std::map<std::string, Server> servers_;
 };
 
 }  // namespace twk::live
