@@ -7,6 +7,7 @@
 #include "windows/account/details_tab.hpp"
 #include "windows/state/editor_windows.hpp"
 #include "windows/state/form1.hpp"
+#include "windows/state/group_windows.hpp"
 #include "windows/state/run_preview.hpp"
 
 namespace twk::test {
@@ -59,9 +60,8 @@ class ControlsWalk : public ScreenTest {
       shown->show();
       walk_pages(*shown, look);
     }
-    auto* const groups = find<QDialog>("Groupsfrm");
-    groups->show();
-    walk_pages(*groups, look);
+    lab.session.groups.visible = true;
+    walk_pages(*find<QDialog>("Groupsfrm"), look);
   }
 
  private:

@@ -2,6 +2,7 @@
 #include "session/settings.hpp"
 #include "support/details_world.hpp"
 #include "windows/state/form1.hpp"
+#include "windows/state/group_windows.hpp"
 
 namespace twk::test {
 namespace {
@@ -278,16 +279,18 @@ TEST_F(TreeCommands, WindowsAndSplittersAreAsTheyWereLeft) {
   auto* const panes = find<QSplitter>("panes");
   panes->setSizes({400, 600});
   const QList<int> left = panes->sizes();
+  lab.session.groups.visible = true;
   const QSize groups = find<QDialog>("Groupsfrm")->minimumSizeHint() + QSize(12, 34);
-  find<QDialog>("Groupsfrm")->show();
   find<QDialog>("Groupsfrm")->resize(groups);
-  find<QDialog>("Groupsfrm")->hide();
+  lab.session.groups.visible = false;
   window->close();
   window = std::make_unique<screens::MainWindow>(lab.session);
   window->show();
   settle();
   EXPECT_EQ(find<QSplitter>("panes")->sizes(), left);
+  lab.session.groups.visible = true;
   EXPECT_EQ(find<QDialog>("Groupsfrm")->size(), groups);
+  lab.session.groups.visible = false;
   window->close();
   QSettings().clear();
 }

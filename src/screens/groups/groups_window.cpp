@@ -74,7 +74,6 @@ QPushButton* add_picture_button(QBoxLayout& box, const QString& caption, const c
 /// The heading of a column sorts through the routine, so that the order is the session's.
 void follow_order(ListPane& pane, Desktop& session) {
   Groupsfrm& state = session.groups;
-  pane.setSortingEnabled(false);
   pane.header()->setSectionsClickable(true);
   pane.header()->setSortIndicatorShown(true);
   const auto show = [&pane, &state] {
@@ -100,7 +99,6 @@ QWidget* make_groups_side(Desktop& session, QWidget* parent) {
                 "&Groups:",
                 "Filter groups",
                 {.headings = {"Group", "Type"},
-                 .sorted = true,
                  .empty_text = "No groups. The AD options may leave them out of the load."}},
                side);
   pane->header()->resizeSection(0, 160);

@@ -167,10 +167,19 @@ void MainWindow::follow_session() {
   follow(*this, session_.cancel_import.visible, [this](bool shown) { cancel_import_->setVisible(shown); });
   file_progress_ = make_file_progress(session_, this);
   follow(*this, session_.file_progress.visible, [this](bool shown) { file_progress_->setVisible(shown); });
-  groups_ = make_groups(session_, this);
-  for (const auto* const beside : {&cancel_import_, &file_progress_, &groups_})
+  for (const auto* const beside : {&cancel_import_, &file_progress_})
     settle_mnemonics(**beside);
-  follow(*this, session_.groups.visible, [this](bool shown) { groups_->setVisible(shown); });
+  follow(*this, session_.groups.visible, [this](bool shown) { show_groups(shown); });
+}
+
+void MainWindow::show_groups(bool shown) {
+  if (shown && groups_ == nullptr) {
+    groups_ = make_groups(session_, this);
+    settle_mnemonics(*groups_);
+    restore_beside(*groups_);
+  }
+  if (groups_ != nullptr)
+    groups_->setVisible(shown);
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {

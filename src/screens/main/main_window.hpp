@@ -29,6 +29,7 @@ class MainWindow final : public QMainWindow {
   void make_status_bar();
   void make_commands();
   void follow_session();
+  void show_groups(bool shown);
 
   windows::Desktop& session_;
   TreePane* tree_ = nullptr;
@@ -37,7 +38,7 @@ class MainWindow final : public QMainWindow {
   QToolBar* toolbar_ = nullptr;
   std::unique_ptr<QDialog> cancel_import_;
   std::unique_ptr<QDialog> file_progress_;
-  std::unique_ptr<QDialog> groups_;
+  std::unique_ptr<QDialog> groups_;  ///< none before it is first shown: it sorts all users
 };
 
 }  // namespace twk::screens

@@ -3,14 +3,11 @@
 #include <QGuiApplication>
 #include <QPalette>
 
-#include "base/text.hpp"
 #include "screens/widgets/account_look.hpp"
 #include "screens/widgets/text.hpp"
 #include "screens/widgets/tool_tip.hpp"
 
 namespace twk::screens {
-namespace {
-
 using controls::ListChange;
 using controls::ListRow;
 
@@ -21,31 +18,6 @@ const std::string& column_text(const ListRow& row, int column) {
   const auto place = static_cast<std::size_t>(column - 1);
   return place < row.sub_items.size() ? row.sub_items[place] : nothing;
 }
-
-bool is_ascii(char c) {
-  return static_cast<unsigned char>(c) < 0x80;
-}
-
-char folded(char c) {
-  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-}
-
-/// Alphabetical without regard to case. Most names differ in a plain letter, which needs no memory; from the
-/// first other character on, the rules of the language apply.
-bool is_before(std::string_view left, std::string_view right) {
-  const std::size_t common = std::min(left.size(), right.size());
-  for (std::size_t i = 0; i < common; ++i) {
-    if (!is_ascii(left[i]) || !is_ascii(right[i])) {
-      return QString::localeAwareCompare(to_qt(left.substr(i)).toUpper(), to_qt(right.substr(i)).toUpper()) <
-             0;
-    }
-    if (folded(left[i]) != folded(right[i]))
-      return folded(left[i]) < folded(right[i]);
-  }
-  return left.size() < right.size();
-}
-
-}  // namespace
 
 ListModel::ListModel(controls::ListView& list, QStringList headings, QObject* parent)
     : QAbstractTableModel(parent),
@@ -163,50 +135,6 @@ void ListModel::take(const ListChange& change) {
     case ListChange::Kind::kFiltered:
       break;
   }
-}
-
-ListOrder::ListOrder(ListModel& model, QObject* parent)
-    : QSortFilterProxyModel(parent), model_(&model), list_(&model.list()) {
-  setSourceModel(&model);
-}
-
-ListOrder::~ListOrder() {
-  if (!filter_.empty())
-    list_->set_filter({});
-}
-
-void ListOrder::set_filter(const QString& text) {
-  filter_ = base::upper(from_qt(text.trimmed()));
-  // One new order instead of a removal for each range of rows, each of which would cost a walk over the
-  // others.
-  invalidate();
-  if (filter_.empty())
-    list_->set_filter({});
-  else
-    list_->set_filter(
-        [this, columns = model_->columnCount()](const ListRow& row) { return accepts(row, columns); });
-}
-
-bool ListOrder::accepts(const ListRow& row, int columns) const {
-  for (int column = 0; column < columns; ++column) {
-    if (base::upper(column_text(row, column)).find(filter_) != std::string::npos)
-      return true;
-  }
-  return false;
-}
-
-bool ListOrder::lessThan(const QModelIndex& left, const QModelIndex& right) const {
-  const ListRow* const first = model_->row(left);
-  const ListRow* const second = model_->row(right);
-  return first != nullptr && second != nullptr &&
-         is_before(column_text(*first, left.column()), column_text(*second, right.column()));
-}
-
-bool ListOrder::filterAcceptsRow(int row, const QModelIndex& /*parent*/) const {
-  if (filter_.empty())
-    return true;
-  const ListRow* const shown = model_->row(model_->index(row, 0));
-  return shown != nullptr && accepts(*shown, model_->columnCount());
 }
 
 }  // namespace twk::screens

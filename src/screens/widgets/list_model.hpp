@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QAbstractTableModel>
-#include <QSortFilterProxyModel>
 #include <functional>
 #include <string>
 
@@ -9,6 +8,9 @@
 #include "screens/widgets/account_look.hpp"
 
 namespace twk::screens {
+
+/// The text of a row in a column of the table: its own in the first, then its sub-items.
+const std::string& column_text(const controls::ListRow& row, int column);
 
 /// The rows of a list as a table: the row's text with its picture, then its sub-items. No copy is made.
 class ListModel final : public QAbstractTableModel {
@@ -48,30 +50,6 @@ class ListModel final : public QAbstractTableModel {
   bool resetting_ = false;
   MarkedPictures pictures_;
   controls::Watch watch_;
-};
-
-/// Rows in alphabetical order of a column, and only those that contain a text. Order and filter use the rows
-/// themselves, so that 100,000 of them cost no wait.
-class ListOrder final : public QSortFilterProxyModel {
- public:
-  ListOrder(ListModel& model, QObject* parent);
-  ~ListOrder() override;
-
-  /// Case is ignored; the empty text shows every row. The list knows which rows are hidden. Signalled as a
-  /// change of layout: a view must have cleared its selection.
-  void set_filter(const QString& text);
-  [[nodiscard]] ListModel& model() const { return *model_; }
-
- protected:
-  bool lessThan(const QModelIndex& left, const QModelIndex& right) const override;
-  bool filterAcceptsRow(int row, const QModelIndex& parent) const override;
-
- private:
-  [[nodiscard]] bool accepts(const controls::ListRow& row, int columns) const;
-
-  ListModel* model_;
-  controls::ListView* list_;
-  std::string filter_;  ///< in upper case
 };
 
 }  // namespace twk::screens

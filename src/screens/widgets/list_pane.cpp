@@ -40,8 +40,9 @@ ListPane::ListPane(controls::ListView& list, const ListLook& look, QWidget* pare
   if (look.headings.size() > 1)
     header()->resizeSection(0, 220);
   if (look.sorted) {
+    // The order first: to allow sorting sorts.
+    header()->setSortIndicator(0, Qt::AscendingOrder);
     setSortingEnabled(true);
-    sortByColumn(0, Qt::AscendingOrder);
   }
   watch_ = list.watch([this](const ListChange& change) {
     if (change.kind == ListChange::Kind::kRemoved || change.kind == ListChange::Kind::kReset ||

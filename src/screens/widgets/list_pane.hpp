@@ -6,7 +6,7 @@
 
 #include "controls/list_view.hpp"
 #include "screens/widgets/bind.hpp"
-#include "screens/widgets/list_model.hpp"
+#include "screens/widgets/list_order.hpp"
 
 namespace twk::screens {
 

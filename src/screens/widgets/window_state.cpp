@@ -41,6 +41,14 @@ QString place_key(const QDialog& dialog) {
   return dialog.objectName() + "/place";
 }
 
+void restore_parts(QWidget& window) {
+  const QSettings settings;
+  for (QSplitter* const splitter : window.findChildren<QSplitter*>())
+    splitter->restoreState(settings.value(key(*splitter, "splitter")).toByteArray());
+  for (const ListPane* const list : window.findChildren<ListPane*>())
+    set_column_widths(*list, settings.value(key(*list, "columns")).toList());
+}
+
 }  // namespace
 
 void save_place(const QDialog& dialog) {
@@ -69,14 +77,15 @@ void save_window(const QMainWindow& window) {
 }
 
 void restore_window(QMainWindow& window) {
-  const QSettings settings;
-  window.restoreGeometry(settings.value(geometry_key(window)).toByteArray());
+  window.restoreGeometry(QSettings().value(geometry_key(window)).toByteArray());
   for (QDialog* const beside : window.findChildren<QDialog*>())
     restore_place(*beside);
-  for (QSplitter* const splitter : window.findChildren<QSplitter*>())
-    splitter->restoreState(settings.value(key(*splitter, "splitter")).toByteArray());
-  for (const ListPane* const list : window.findChildren<ListPane*>())
-    set_column_widths(*list, settings.value(key(*list, "columns")).toList());
+  restore_parts(window);
+}
+
+void restore_beside(QDialog& dialog) {
+  restore_place(dialog);
+  restore_parts(dialog);
 }
 
 }  // namespace twk::screens

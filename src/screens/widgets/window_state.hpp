@@ -9,6 +9,8 @@ namespace twk::screens {
 /// column widths.
 void save_window(const QMainWindow& window);
 void restore_window(QMainWindow& window);
+/// For a window next to the main one that is made later.
+void restore_beside(QDialog& dialog);
 
 /// The same for one window, once it was shown.
 void save_place(const QDialog& dialog);
