@@ -11,6 +11,7 @@
 #include "lab/store/content_loader.hpp"
 #include "lab/store/entry_tree.hpp"
 #include "lab/store/journal.hpp"
+#include "lab/store/large_memory.hpp"
 #include "lab/store/posix_file.hpp"
 #include "platform/directory.hpp"
 
@@ -221,6 +222,8 @@ void EntryStore::Implementation::read_ldif_file() {
   ++readings_;
   const PosixFile file(ldif_path_, O_RDONLY);
   ldif_status_ = file.status();
+  // The entries take two thirds of their text, what the program makes of them up to twice as much.
+  expect_memory(static_cast<std::size_t>(ldif_status_->st_size) * 5 / 2);
   ContentLoader loader(*tree_);
   std::vector<char> text(kReadSize);
   std::size_t size = 0;  // of what was read and not taken
