@@ -43,15 +43,15 @@ void add_rows(std::vector<NamedText>& texts, const std::string& table, const con
 }
 
 void add_template(std::vector<NamedText>& texts, session::Session& session, std::string_view name) {
-  for (const records::TemplateRecord& record : stores::read_templates(session)) {
+  stores::each_template(session, [&](const records::TemplateRecord& record) {
     if (!base::equals_fold(base::trim(record.Name), base::trim(name)))
-      continue;
+      return false;
     for (std::size_t i = 0; i < record.VariableNames.size(); ++i) {
       const std::string variable(base::trim(record.VariableNames.at(i)));
       texts.push_back({"the variable " + variable + " of the template", record.VariableValues.at(i)});
     }
-    return;
-  }
+    return true;
+  });
 }
 
 }  // namespace

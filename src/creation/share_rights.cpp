@@ -1,7 +1,5 @@
 #include "creation/share_rights.hpp"
 
-#include <algorithm>
-
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "creation/creation_run.hpp"
@@ -41,12 +39,14 @@ void RequireShareRights(CreationRun& run) {
 void require_share_rights(session::Session& session, std::string_view template_name,
                           std::string_view site_name) {
   const auto site = stores::live_site(session, base::trim(site_name));
-  const std::vector<records::TemplateRecord> templates = stores::read_templates(session);
-  const auto found = std::ranges::find_if(templates, [&](const records::TemplateRecord& record) {
-    return base::equals_fold(base::trim(record.Name), base::trim(template_name));
+  if (!site)
+    return;
+  stores::each_template(session, [&](const records::TemplateRecord& record) {
+    const bool found = base::equals_fold(base::trim(record.Name), base::trim(template_name));
+    if (found)
+      require_rights(session, values_of(record), values_of(*site).server);
+    return found;
   });
-  if (site && found != templates.end())
-    require_rights(session, values_of(*found), values_of(*site).server);
 }
 
 }  // namespace twk::creation

@@ -69,13 +69,14 @@ void write_names(Session& session, const ObjectPtr& group, const std::string& na
 /// Names of the templates that give their users the group.
 std::vector<std::string> templates_with(Session& session, std::string_view group) {
   std::vector<std::string> names;
-  for (const records::TemplateRecord& record : stores::read_templates(session)) {
+  stores::each_template(session, [&](const records::TemplateRecord& record) {
     bool has = base::equals_fold(record.PrimaryGroup, group);
     for (std::size_t i = 0; i < static_cast<std::size_t>(record.GroupCount); ++i)
       has = has || base::equals_fold(record.Groups.at(i), group);
     if (has)
       names.push_back(record.Name);
-  }
+    return false;
+  });
   return names;
 }
 

@@ -179,14 +179,11 @@ std::vector<TemplateGroup> template_groups(const Session& session) {
   return groups;
 }
 
-std::vector<records::TemplateRecord> read_templates(Session& session) {
-  std::vector<records::TemplateRecord> templates;
-  templates_to_read(session).search([&templates](std::string_view bytes) {
-    if (!records::is_deleted(bytes))
-      templates.push_back(records::decode_template(bytes));
-    return false;
+void each_template(Session& session,
+                   const std::function<bool(const records::TemplateRecord& record)>& visit) {
+  templates_to_read(session).search([&visit](std::string_view bytes) {
+    return !records::is_deleted(bytes) && visit(records::decode_template(bytes));
   });
-  return templates;
 }
 
 void load_template_names(Session& session) {

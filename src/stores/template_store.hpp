@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -54,8 +55,10 @@ struct TemplateGroup {
 };
 std::vector<TemplateGroup> template_groups(const session::Session& session);
 
-/// The live templates in the order of the file, in one pass. Raises what the file raises.
-std::vector<records::TemplateRecord> read_templates(session::Session& session);
+/// Calls `visit` for the live templates in the order of the file, until it returns true. One is in memory at
+/// a time. Raises what the file raises.
+void each_template(session::Session& session,
+                   const std::function<bool(const records::TemplateRecord& record)>& visit);
 
 /// Reads the names of the live templates into the session. A failure ends the reading and is reported on the
 /// log tab.

@@ -146,10 +146,13 @@ class LabCheck {
     auto session = std::make_unique<session::Session>(services(), "", world_->program_directory());
     session::read_session_settings(*session);
     sites_ = stores::read_sites(*session);
-    templates_ = stores::read_templates(*session);
+    stores::each_template(*session, [this](const records::TemplateRecord& /*record*/) {
+      ++templates_;
+      return false;
+    });
     session_ = std::move(session);
     return {count_text(sites_.size(), "site", "sites") + ", " +
-            count_text(templates_.size(), "template", "templates")};
+            count_text(templates_, "template", "templates")};
   }
 
   Finding look_at_sites() {
@@ -169,8 +172,8 @@ class LabCheck {
   }
 
   Finding look_at_templates() {
-    Finding finding{count_text(templates_.size(), "template", "templates")};
-    for (const records::TemplateRecord& one : templates_) {
+    Finding finding{count_text(templates_, "template", "templates")};
+    stores::each_template(*session_, [&](const records::TemplateRecord& one) {
       std::vector<std::string> names(one.Groups.begin(), one.Groups.begin() + one.GroupCount);
       names.push_back(one.PrimaryGroup);
       std::sort(names.begin(), names.end());
@@ -192,7 +195,8 @@ class LabCheck {
                                        .append(", which is not there: ")
                                        .append(remedy_for(server)));
       }
-    }
+      return false;
+    });
     return finding;
   }
 
@@ -256,7 +260,7 @@ class LabCheck {
   std::set<std::string> servers_;  ///< in capitals, like the next
   std::set<std::string> mail_servers_;
   std::vector<records::SiteRecord> sites_;
-  std::vector<records::TemplateRecord> templates_;
+  std::size_t templates_ = 0;
 };
 
 }  // namespace

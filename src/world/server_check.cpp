@@ -61,14 +61,15 @@ class ServerCheck {
         servers_.emplace_back(server);
     }
     known.clear();
-    for (const records::TemplateRecord& record : stores::read_templates(session)) {
+    stores::each_template(session, [&](const records::TemplateRecord& record) {
       makes_shares_ =
           makes_shares_ || !base::trim(record.HomeShare).empty() || !base::trim(record.ProfileShare).empty();
       for (TemplatePlace& place : places_of_template(record)) {
         if (known.insert(base::upper(place.folder + "|" + place.share)).second)
           places_.push_back(std::move(place));
       }
-    }
+      return false;
+    });
   }
 
   void look_at(const std::string& server) {

@@ -74,8 +74,10 @@ Json to_json(const records::TemplateRecord& record) {
 int list_templates(Context& context) {
   Session& session = context.session(Depth::kDatabases);
   std::vector<Json> rows;
-  for (const records::TemplateRecord& record : stores::read_templates(session))
+  stores::each_template(session, [&rows](const records::TemplateRecord& record) {
     rows.push_back(to_json(record));
+    return false;
+  });
   context.output().table(kTemplateColumns, rows);
   return kExitGreen;
 }
