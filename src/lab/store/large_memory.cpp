@@ -25,9 +25,8 @@ void expect_memory(std::size_t bytes) {
   mallopt(M_MMAP_MAX, kOwnMappings);
   if (block == nullptr)
     return;
-  const auto start = reinterpret_cast<std::uintptr_t>(block);
-  const std::uintptr_t first = (start + kPage - 1) / kPage * kPage;
-  madvise(reinterpret_cast<void*>(first), (start + bytes - first) / kPage * kPage, MADV_HUGEPAGE);
+  const std::size_t to_first_page = (kPage - reinterpret_cast<std::uintptr_t>(block) % kPage) % kPage;
+  madvise(static_cast<char*>(block) + to_first_page, (bytes - to_first_page) / kPage * kPage, MADV_HUGEPAGE);
   std::free(block);
 }
 

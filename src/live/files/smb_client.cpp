@@ -272,11 +272,11 @@ void SmbClient::require_answer(const std::string& server) {
   const auto [found, is_new] = servers_.try_emplace(server);
   Server& known = found->second;
   if (is_new || (!known.silence.empty() && Clock::now() - known.asked > kMemory)) {
-    const int seconds = credentials_->settings().timeout_seconds;
+    const int patience = credentials_->settings().timeout_seconds;
+    const int seconds = is_new ? patience : std::min(patience, kSecondWait);
     base::Trap unknown;
     unknown([&] {
-      known.silence = why_no_file_server(server, is_new ? seconds : std::min(seconds, kSecondWait),
-                                         [this] { return credentials_->is_stopped(); });
+      known.silence = why_no_file_server(server, seconds, [this] { return credentials_->is_stopped(); });
     });
     known.asked = Clock::now();
     if (unknown.number() == kStopped) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QTextDocument>
 #include <Qt>
 
 namespace twk::screens {
